@@ -1,0 +1,10 @@
+! The ZEB library's interface module for Fortran programs: explicit
+! interfaces of every Fortran entry.  Integers are integer(kind=8) and reals
+! real(kind=8) throughout.
+module zeb
+  implicit none
+  interface
+    include 'frame.fi'
+    include 'special.fi'
+  end interface
+end module zeb

@@ -1,0 +1,159 @@
+// The library frame: the coded error buffer, message tables, the Fortran and
+// C entry protocols and the argument trace, shared by every routine.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <new>
+
+#include "zeb/types.h"
+
+#define ZEB_API extern "C" __attribute__((visibility("default")))
+
+extern "C" {
+void y90haan_(ZebEnData* en_data);
+void p01acc_c(const char* message, int code, const char* name, ZebError* fail);
+}
+
+namespace zeb {
+
+constexpr int64_t kErrbufLen = 200;   // every engine's coded error buffer
+constexpr int64_t kLineLen = 80;      // Fortran message lines
+constexpr int64_t kMaxLines = 24;     // lines one failure may print
+constexpr int64_t kAllocFail = -999;  // dynamic memory could not be allocated
+constexpr int64_t kInternal = -9999;  // the engine failed in an unexpected way
+constexpr char kSep = '\x01';         // field separator of the coded buffer
+
+// One value of a failure message, already formatted (at most 25 characters).
+struct Text {
+  char s[32];
+};
+Text text(double v);        // shortest text that reads back as v
+Text text(int64_t v);
+Text text(const char* s);   // at most 25 characters of s
+Text text(char c);          // one character
+inline Text text(int v) { return text(int64_t{v}); }
+inline Text text(long long v) { return text(int64_t{v}); }
+
+// Writes the coded message: failure number, message identifier, value count
+// and each value text, every field enclosed by the separator; blank padding.
+void code_errbuf(char* errbuf, int64_t len, int64_t failno, int64_t msgid,
+                 const Text* vals, int nvals);
+
+// An engine's failure exit: sets the failure number and codes the message.
+template <class... V>
+inline void fail(char* errbuf, int64_t len, int64_t* ifail, int64_t failno,
+                 int64_t msgid, const V&... vals) {
+  const Text t[sizeof...(V) + 1] = {text(vals)...};
+  *ifail = failno;
+  code_errbuf(errbuf, len, failno, msgid, t, int(sizeof...(V)));
+}
+
+// A decoded buffer.
+struct Coded {
+  bool ok = false;
+  int64_t failno = 0, msgid = 0;
+  int nvals = 0;
+  Text vals[6]{};
+};
+Coded decode(const char* errbuf, int64_t len);
+
+// One failure of one routine: its number, message identifier, C error code
+// and text.  Lines are separated by '\n'; each "%s" takes the next value
+// text.  The Fortran lines (" ** " + line) and the C message ("NAME:\n  "
+// + lines) are two renderings of the same text; a Fortran line that ends
+// with a value drops the closing period ("On entry, x = %s." gives
+// " ** On entry, x = 171.0").  `ctext` replaces the text on the C side
+// where the two differ further.
+struct Message {
+  int64_t failno;
+  int64_t msgid;
+  int code;
+  const char* text;
+  const char* ctext = nullptr;
+};
+
+struct Messages {
+  const Message* rows = nullptr;
+  size_t n = 0;
+  constexpr Messages() = default;
+  template <size_t N>
+  constexpr Messages(const Message (&a)[N]) : rows(a), n(N) {}
+  const Message* find(int64_t failno, int64_t msgid) const;
+};
+
+// Number of "%s" placeholders in a message text.
+int placeholders(const char* text);
+// Renders a text into Fortran lines of kLineLen characters (blank padded),
+// each beginning " ** ".  Returns the number of lines written.
+int render_lines(const char* text, const Text* vals, int nvals, char* lines,
+                 int maxlines);
+// Renders "NAME:\n  line\n  line" into out (512 characters).
+void render_c(int code, const char* text, const Text* vals, int nvals, char* out);
+
+// Formats the template of `code` from zeb_errlist with printf arguments and
+// hands it to the C exit.
+void c_fail(ZebError* fail, const char* routine, int code, ...);
+// The same with a routine's own text (no "NAME:\n" prefix) and value texts.
+void c_fail_text(ZebError* fail, const char* routine, int code, const char* text,
+                 const Text* vals, int nvals);
+
+// The tail of every Fortran entry: renders the failure's lines and applies
+// the ifail protocol.
+void finish_fortran(const char* name, Messages msgs, int64_t* ifail, int64_t ierr,
+                    const char* errbuf);
+// The tail of every C entry: decodes the buffer, fills fail.
+void finish_c(ZebError* fail, const char* name, Messages msgs, int64_t ierr,
+              const char* errbuf);
+// The start of every C entry.
+void f90_io_init();
+inline void clear_fail(ZebError* fail) {
+  if (fail) {
+    fail->code = 0;
+    fail->errnum = 0;
+  }
+}
+
+template <class Call>
+inline void fortran_entry(const char* name, Messages msgs, int64_t* ifail, Call&& call) {
+  ZebEnData en;
+  y90haan_(&en);
+  char errbuf[kErrbufLen + 1];
+  errbuf[0] = ' ';
+  errbuf[kErrbufLen] = '\0';
+  int64_t ierr = *ifail;
+  call(&en, errbuf, &ierr);
+  if (ierr == 0)
+    *ifail = 0;
+  else
+    finish_fortran(name, msgs, ifail, ierr, errbuf);
+}
+
+template <class Call>
+inline void c_entry(ZebError* fail, const char* name, Messages msgs, Call&& call) {
+  f90_io_init();
+  clear_fail(fail);
+  ZebEnData en;
+  y90haan_(&en);
+  char errbuf[kErrbufLen + 1];
+  errbuf[0] = ' ';
+  errbuf[kErrbufLen] = '\0';
+  int64_t ierr = 1;
+  call(&en, errbuf, &ierr);
+  finish_c(fail, name, msgs, ierr, errbuf);
+}
+
+// Runs an engine and keeps every exception inside the library: memory
+// exhaustion becomes failure -999, anything else an internal error.
+template <class Call>
+inline void guarded(char* errbuf, int64_t len, int64_t* ifail, Call&& call) noexcept {
+  try {
+    call();
+  } catch (const std::bad_alloc&) {
+    *ifail = kAllocFail;
+  } catch (...) {
+    fail(errbuf, len, ifail, kInternal, kInternal);
+  }
+}
+
+}  // namespace zeb

@@ -1,0 +1,110 @@
+! The library's use of the Fortran runtime: record I/O on numbered units, so
+! that the library and the caller's own Fortran program share units, and the
+! stop of a hard failure.
+subroutine zeb_f_write(unit, rec, n, ierr) bind(c, name='zeb_f_write')
+  use iso_c_binding, only: c_int64_t, c_char
+  implicit none
+  integer(c_int64_t), value :: unit, n
+  character(kind=c_char), intent(in) :: rec(*)
+  integer(c_int64_t), intent(out) :: ierr
+  integer :: ios
+  integer(c_int64_t) :: i
+  write (unit, '(*(a))', iostat=ios) (rec(i), i = 1, n)
+  ierr = merge(0, 1, ios == 0)
+  flush (unit, iostat=ios)
+end subroutine zeb_f_write
+
+subroutine zeb_f_read(unit, rec, n, ierr) bind(c, name='zeb_f_read')
+  use iso_c_binding, only: c_int64_t, c_char
+  implicit none
+  integer(c_int64_t), value :: unit, n
+  character(kind=c_char), intent(out) :: rec(*)
+  integer(c_int64_t), intent(out) :: ierr
+  character(len=:), allocatable :: line
+  integer :: ios
+  integer(c_int64_t) :: i
+  allocate (character(len=n) :: line)
+  read (unit, '(a)', iostat=ios) line
+  if (ios == 0) then
+    ierr = 0
+  else if (is_iostat_end(ios)) then
+    ierr = 1
+  else
+    ierr = 2
+  end if
+  if (ierr == 0) then
+    do i = 1, n
+      rec(i) = line(i:i)
+    end do
+  end if
+end subroutine zeb_f_read
+
+! mode 0: read an existing file; 1: write (replace); 2: append.
+! unit < 0 on entry: a free unit is chosen and returned.
+subroutine zeb_f_open(unit, name, n, mode, ierr) bind(c, name='zeb_f_open')
+  use iso_c_binding, only: c_int64_t, c_char
+  implicit none
+  integer(c_int64_t), intent(inout) :: unit
+  integer(c_int64_t), value :: n, mode
+  character(kind=c_char), intent(in) :: name(*)
+  integer(c_int64_t), intent(out) :: ierr
+  character(len=n) :: fname
+  integer :: ios, u
+  integer(c_int64_t) :: i
+  do i = 1, n
+    fname(i:i) = name(i)
+  end do
+  ios = 0
+  if (unit < 0) then
+    select case (mode)
+    case (0)
+      open (newunit=u, file=fname, status='OLD', action='READ', form='FORMATTED', &
+            access='STREAM', iostat=ios)
+    case (1)
+      open (newunit=u, file=fname, status='REPLACE', form='FORMATTED', &
+            access='STREAM', iostat=ios)
+    case default
+      open (newunit=u, file=fname, position='APPEND', form='FORMATTED', &
+            access='STREAM', iostat=ios)
+    end select
+    if (ios == 0) unit = u
+  else
+    u = int(unit)
+    select case (mode)
+    case (0)
+      open (unit=u, file=fname, status='OLD', action='READ', form='FORMATTED', &
+            access='STREAM', iostat=ios)
+    case (1)
+      open (unit=u, file=fname, status='REPLACE', form='FORMATTED', &
+            access='STREAM', iostat=ios)
+    case default
+      open (unit=u, file=fname, position='APPEND', form='FORMATTED', &
+            access='STREAM', iostat=ios)
+    end select
+  end if
+  ierr = merge(0, 1, ios == 0)
+end subroutine zeb_f_open
+
+subroutine zeb_f_close(unit, ierr) bind(c, name='zeb_f_close')
+  use iso_c_binding, only: c_int64_t
+  implicit none
+  integer(c_int64_t), value :: unit
+  integer(c_int64_t), intent(out) :: ierr
+  integer :: ios
+  logical :: opened
+  inquire (unit=unit, opened=opened, iostat=ios)
+  if (ios /= 0 .or. .not. opened) then
+    ierr = 1
+    return
+  end if
+  close (unit, iostat=ios)
+  ierr = merge(0, 1, ios == 0)
+end subroutine zeb_f_close
+
+! The stop of a hard failure: every unit is flushed and closed.
+subroutine zeb_f_stop(status) bind(c, name='zeb_f_stop')
+  use iso_c_binding, only: c_int64_t
+  implicit none
+  integer(c_int64_t), value :: status
+  call exit(int(status))
+end subroutine zeb_f_stop

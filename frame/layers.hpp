@@ -1,0 +1,266 @@
+// The entry layers of a routine, generated from one description of its
+// argument list.
+//
+// A routine is described once as a list of rows A(kind, type, name), in the
+// order of its arguments:
+//
+//   #define S14AA_ARGS(A) A(in, double, x) A(res, double, gx)
+//
+// kinds:  in     scalar input                 (const T*)
+//         out    scalar output                (T*)
+//         inout  scalar input and output      (T*)
+//         res    the function result: returned by the Fortran entry, passed
+//                by the lower layers through a pointer after the inputs
+//         arr    array, read and written      (T*)
+//         carr   array, only read             (const T*)
+//         chr    one-character option; the Fortran entry takes a hidden
+//                length, the engine only the character
+//         fun    user-supplied function       (T, a function pointer type)
+//         val    scalar passed by value       (T)
+//         str    character string; the lower layers take its length as
+//                an explicit argument right after it
+//
+// From the list:
+//   ZEB_LAYERS(stem, ARGS)     the thin entry stem##t_ (errbuf length fixed
+//                              at 200) and the traced entry stem##v_, over
+//                              the engine stem##n_ written by hand;
+//   ZEB_LAYERS_EN(stem, ARGS)  the same for an engine that also takes the
+//                              en_data record first (routines that call
+//                              back into user code);
+//   ZEB_FORTRAN_FUNCTION(stem, T, ARGS, msgs) / ZEB_FORTRAN_SUBROUTINE(stem,
+//                              ARGS, msgs)  the Fortran entry stem##_ with
+//                              the ifail protocol and the routine's messages;
+//   ZEB_LAYERS_NOFAIL, ZEB_LAYERS_NOFAIL_EN, ZEB_FORTRAN_FUNCTION_NOFAIL,
+//   ZEB_FORTRAN_SUBROUTINE_NOFAIL
+//                              the same for routines without failure exits
+//                              (no errbuf, no ifail).
+// The C entry, which differs most between routines, is written by hand
+// with zeb::c_entry.
+#pragma once
+
+#include "frame.hpp"
+#include "trace.hpp"
+
+// The expansions below all begin with a comma; ZEB_TAIL drops the empty
+// field in front of the first one.
+#define ZEB_TAIL(...) ZEB_TAIL_I(__VA_ARGS__)
+#define ZEB_TAIL_I(first, ...) __VA_ARGS__
+
+// Engine, thin and traced parameters.
+#define ZEB_P_in(T, n) , const T* n
+#define ZEB_P_out(T, n) , T* n
+#define ZEB_P_inout(T, n) , T* n
+#define ZEB_P_res(T, n) , T* n
+#define ZEB_P_arr(T, n) , T* n
+#define ZEB_P_carr(T, n) , const T* n
+#define ZEB_P_chr(T, n) , const char* n
+#define ZEB_P_fun(T, n) , T n
+#define ZEB_P_val(T, n) , T n
+#define ZEB_P_str(T, n) , const char* n, int64_t n##_len
+#define ZEB_P(kind, T, n) ZEB_P_##kind(T, n)
+
+// Fortran entry parameters: the result is returned, not passed.
+#define ZEB_FP_res(T, n)
+#define ZEB_FP_in(T, n) ZEB_P_in(T, n)
+#define ZEB_FP_out(T, n) ZEB_P_out(T, n)
+#define ZEB_FP_inout(T, n) ZEB_P_inout(T, n)
+#define ZEB_FP_arr(T, n) ZEB_P_arr(T, n)
+#define ZEB_FP_carr(T, n) ZEB_P_carr(T, n)
+#define ZEB_FP_chr(T, n) ZEB_P_chr(T, n)
+#define ZEB_FP_fun(T, n) ZEB_P_fun(T, n)
+#define ZEB_FP_val(T, n) ZEB_P_val(T, n)
+#define ZEB_FP_str(T, n) , const char* n
+#define ZEB_FP(kind, T, n) ZEB_FP_##kind(T, n)
+
+// Hidden lengths of character arguments, appended after all others.
+#define ZEB_HID_chr(T, n) , size_t n##_len
+#define ZEB_HID_in(T, n)
+#define ZEB_HID_out(T, n)
+#define ZEB_HID_inout(T, n)
+#define ZEB_HID_res(T, n)
+#define ZEB_HID_arr(T, n)
+#define ZEB_HID_carr(T, n)
+#define ZEB_HID_fun(T, n)
+#define ZEB_HID_val(T, n)
+#define ZEB_HID_str(T, n) , size_t n##_len
+#define ZEB_HID(kind, T, n) ZEB_HID_##kind(T, n)
+
+// Forwarding an argument to the next layer down; the Fortran entry passes
+// the address of its result.
+#define ZEB_FWD_str(n) , n, n##_len
+#define ZEB_FWD_in(n) , n
+#define ZEB_FWD_out(n) , n
+#define ZEB_FWD_inout(n) , n
+#define ZEB_FWD_res(n) , n
+#define ZEB_FWD_arr(n) , n
+#define ZEB_FWD_carr(n) , n
+#define ZEB_FWD_chr(n) , n
+#define ZEB_FWD_fun(n) , n
+#define ZEB_FWD_val(n) , n
+#define ZEB_FWD(kind, T, n) ZEB_FWD_##kind(n)
+#define ZEB_FFWD_res(n) , &zeb_result
+#define ZEB_FFWD_in(n) , n
+#define ZEB_FFWD_out(n) , n
+#define ZEB_FFWD_inout(n) , n
+#define ZEB_FFWD_arr(n) , n
+#define ZEB_FFWD_carr(n) , n
+#define ZEB_FFWD_chr(n) , n
+#define ZEB_FFWD_fun(n) , n
+#define ZEB_FFWD_val(n) , n
+#define ZEB_FFWD_str(n) , n, int64_t(n##_len)
+#define ZEB_FFWD(kind, T, n) ZEB_FFWD_##kind(n)
+
+// Trace lines of the arguments.
+#define ZEB_TR_in(T, n) , zeb::trace::arg(#n, n)
+#define ZEB_TR_out(T, n) , zeb::trace::arg(#n, n)
+#define ZEB_TR_inout(T, n) , zeb::trace::arg(#n, n)
+#define ZEB_TR_res(T, n) , zeb::trace::arg(#n, n)
+#define ZEB_TR_arr(T, n) , zeb::trace::arr(#n, n)
+#define ZEB_TR_carr(T, n) , zeb::trace::arr(#n, n)
+#define ZEB_TR_chr(T, n) , zeb::trace::arg(#n, n)
+#define ZEB_TR_fun(T, n) , zeb::trace::fun(#n, n)
+#define ZEB_TR_val(T, n) , zeb::trace::arg(#n, &n)
+#define ZEB_TR_str(T, n) , zeb::trace::str(#n, n, n##_len)
+
+// Parameter types alone, for function pointer types of callbacks.
+#define ZEB_T_in(T) , const T*
+#define ZEB_T_out(T) , T*
+#define ZEB_T_inout(T) , T*
+#define ZEB_T_res(T) , T*
+#define ZEB_T_arr(T) , T*
+#define ZEB_T_carr(T) , const T*
+#define ZEB_T_chr(T) , const char*
+#define ZEB_T_fun(T) , T
+#define ZEB_T_val(T) , T
+#define ZEB_T_str(T) , const char*, int64_t
+#define ZEB_T(kind, T, n) ZEB_T_##kind(T)
+#define ZEB_TR(kind, T, n) ZEB_TR_##kind(T, n)
+
+// The traced call: with the switch off it costs one test.
+#define ZEB_TRACED_CALL(name, en, ARGS, eb, ifl, CALL)                              \
+  if (__builtin_expect(zeb::trace::on(), 0)) {                                      \
+    const zeb::trace::Arg zeb_targs[] = {zeb::trace::Arg{} ARGS(ZEB_TR)};           \
+    const int zeb_nt = int(sizeof zeb_targs / sizeof zeb_targs[0]) - 1;             \
+    zeb::trace::block(en, name, 0, zeb_targs + 1, zeb_nt, eb, ifl);                 \
+    CALL;                                                                           \
+    zeb::trace::block(en, name, 1, zeb_targs + 1, zeb_nt, eb, ifl);                 \
+  } else {                                                                          \
+    CALL;                                                                           \
+  }
+
+#define ZEB_LAYERS_IMPL(stem, ARGS, ENGINE_PARAMS, ENGINE_ARGS)                          \
+  ZEB_API void stem##n_(ENGINE_PARAMS);                                               \
+  ZEB_API void stem##v_(ZebEnData* en_data ARGS(ZEB_P), char* errbuf, int64_t* ifail,    \
+                        int64_t errbuf_len) {                                            \
+    ZEB_TRACED_CALL(#stem "v", en_data, ARGS, errbuf, ifail,                             \
+                    zeb::guarded(errbuf, errbuf_len, ifail, [&] { stem##n_(ENGINE_ARGS); })) \
+  }                                                                                      \
+  ZEB_API void stem##t_(ZebEnData* en_data ARGS(ZEB_P), char* errbuf, int64_t* ifail,    \
+                        int64_t) {                                                       \
+    stem##v_(en_data ARGS(ZEB_FWD), errbuf, ifail, zeb::kErrbufLen);                     \
+  }
+
+#define ZEB_LAYERS(stem, ARGS)                                                   \
+  ZEB_LAYERS_IMPL(stem, ARGS,                                                    \
+                  ZEB_TAIL(ARGS(ZEB_P), char* errbuf, int64_t* ifail, int64_t errbuf_len), \
+                  ZEB_TAIL(ARGS(ZEB_FWD), errbuf, ifail, errbuf_len))
+#define ZEB_LAYERS_EN(stem, ARGS)                                                        \
+  ZEB_LAYERS_IMPL(stem, ARGS,                                                            \
+                  ZebEnData* en_data ARGS(ZEB_P) ZEB_COMMA char* errbuf ZEB_COMMA int64_t* ifail \
+                      ZEB_COMMA int64_t errbuf_len,                                      \
+                  en_data ARGS(ZEB_FWD) ZEB_COMMA errbuf ZEB_COMMA ifail ZEB_COMMA errbuf_len)
+#define ZEB_COMMA ,
+
+#define ZEB_FORTRAN_FUNCTION(stem, T, ARGS, msgs)                                      \
+  ZEB_API T stem##_(ZEB_TAIL(ARGS(ZEB_FP), int64_t* ifail) ARGS(ZEB_HID)) {            \
+    T zeb_result{};                                                                    \
+    zeb::fortran_entry(#stem, msgs, ifail, [&](ZebEnData* en, char* eb, int64_t* ie) { \
+      stem##t_(en ARGS(ZEB_FFWD), eb, ie, zeb::kErrbufLen);                            \
+    });                                                                                \
+    return zeb_result;                                                                 \
+  }
+
+#define ZEB_FORTRAN_SUBROUTINE(stem, ARGS, msgs)                                       \
+  ZEB_API void stem##_(ZEB_TAIL(ARGS(ZEB_FP), int64_t* ifail) ARGS(ZEB_HID)) {         \
+    zeb::fortran_entry(#stem, msgs, ifail, [&](ZebEnData* en, char* eb, int64_t* ie) { \
+      stem##t_(en ARGS(ZEB_FWD), eb, ie, zeb::kErrbufLen);                             \
+    });                                                                                \
+  }
+
+// Routines without failure exits: no errbuf, no ifail.
+#define ZEB_LAYERS_NOFAIL_IMPL(stem, ARGS, ENGINE_PARAMS, ENGINE_ARGS)                  \
+  ZEB_API void stem##n_(ENGINE_PARAMS);                                              \
+  ZEB_API void stem##v_(ZebEnData* en_data ARGS(ZEB_P)) {                               \
+    ZEB_TRACED_CALL(#stem "v", en_data, ARGS, nullptr, nullptr, stem##n_(ENGINE_ARGS))  \
+  }                                                                                     \
+  ZEB_API void stem##t_(ZebEnData* en_data ARGS(ZEB_P)) { stem##v_(en_data ARGS(ZEB_FWD)); }
+#define ZEB_LAYERS_NOFAIL(stem, ARGS) \
+  ZEB_LAYERS_NOFAIL_IMPL(stem, ARGS, ZEB_TAIL(ARGS(ZEB_P)), ZEB_TAIL(ARGS(ZEB_FWD)))
+#define ZEB_LAYERS_NOFAIL_EN(stem, ARGS) \
+  ZEB_LAYERS_NOFAIL_IMPL(stem, ARGS, ZebEnData* en_data ARGS(ZEB_P), en_data ARGS(ZEB_FWD))
+
+#define ZEB_FORTRAN_FUNCTION_NOFAIL(stem, T, ARGS)          \
+  ZEB_API T stem##_(ZEB_TAIL(ARGS(ZEB_FP)) ARGS(ZEB_HID)) { \
+    T zeb_result{};                                         \
+    ZebEnData en;                                           \
+    y90haan_(&en);                                          \
+    stem##t_(&en ARGS(ZEB_FFWD));                           \
+    return zeb_result;                                      \
+  }
+
+#define ZEB_FORTRAN_SUBROUTINE_NOFAIL(stem, ARGS)              \
+  ZEB_API void stem##_(ZEB_TAIL(ARGS(ZEB_FP)) ARGS(ZEB_HID)) { \
+    ZebEnData en;                                              \
+    y90haan_(&en);                                             \
+    stem##t_(&en ARGS(ZEB_FWD));                               \
+  }
+
+// The callback shims of one callback signature: the internal shim (calls
+// the user function only when en_data allows a direct call), the
+// marshalling shim (retries on status -8888) and the traced shim.  ARGS
+// lists the callback's own arguments; ADAPT(f, en_data, args...) calls the
+// user function f with them.
+#define ZEB_CALLBACK_SHIMS(prefix, role, tname, Fn, ARGS, ADAPT)                          \
+  ZEB_API void prefix##_internal_##role##_(Fn f, ZebEnData* en_data ARGS(ZEB_P)) {        \
+    zeb::cb_internal(en_data, [&] { ADAPT(f, en_data ARGS(ZEB_FWD)); });                  \
+  }                                                                                       \
+  ZEB_API int prefix##_marshal_##role##_(void (*m)(Fn, ZebEnData* ARGS(ZEB_T)), Fn f,     \
+                                         ZebEnData* en_data ARGS(ZEB_P)) {                \
+    return zeb::cb_marshal(en_data, [&] { m(f, en_data ARGS(ZEB_FWD)); });                \
+  }                                                                                       \
+  ZEB_API int prefix##_print_##role##_(void (*m)(Fn, ZebEnData* ARGS(ZEB_T)), Fn f,       \
+                                       ZebEnData* en_data ARGS(ZEB_P)) {                  \
+    if (__builtin_expect(!zeb::trace::on(), 1))                                           \
+      return prefix##_marshal_##role##_(m, f, en_data ARGS(ZEB_FWD));                     \
+    const zeb::trace::Arg zeb_targs[] = {zeb::trace::Arg{} ARGS(ZEB_TR)};                 \
+    const int zeb_nt = int(sizeof zeb_targs / sizeof zeb_targs[0]) - 1;                   \
+    zeb::trace::block(en_data, tname, 2, zeb_targs + 1, zeb_nt);                          \
+    int s = prefix##_marshal_##role##_(m, f, en_data ARGS(ZEB_FWD));                      \
+    zeb::trace::block(en_data, tname, 3, zeb_targs + 1, zeb_nt);                          \
+    return s;                                                                             \
+  }
+
+namespace zeb {
+constexpr int32_t kCallAgain = -8888;  // a user function could not be called directly
+
+template <class Call>
+inline void cb_internal(ZebEnData* en, Call&& call_user) {
+  if (en->direct_call == 1)
+    call_user();
+  else
+    en->callback_status = kCallAgain;
+}
+
+template <class Call>
+inline int cb_marshal(ZebEnData* en, Call&& call_marshal) {
+  const int32_t saved = en->direct_call;
+  call_marshal();
+  while (en->callback_status == kCallAgain) {
+    en->direct_call = 1;
+    en->callback_status = 0;
+    call_marshal();
+  }
+  en->direct_call = saved;
+  return en->callback_status;
+}
+}  // namespace zeb

@@ -1,0 +1,50 @@
+/* ZEB numerical library: the library frame - error exits, output units,
+   machine constants, library identification and the argument trace. */
+#ifndef ZEB_FRAME_H
+#define ZEB_FRAME_H
+
+#include "zeb/types.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* ---- Error exits ---------------------------------------------------- */
+
+/* The C entries' exit: prints (when asked), calls the handler and fills
+   `fail`; a null `fail` ends the process on any failure or warning.
+   A null `message` takes the template of `code` from zeb_errlist. */
+void p01acc_c(const char *message, int code, const char *name, ZebError *fail);
+
+/* The Fortran entries' exit: applies the ifail protocol to failure `ierr`
+   with `nrec` message lines of `line_len` characters each. */
+void p01abzu_(Integer *ifail, const Integer *ierr, const char *name, const Integer *nrec,
+              const char *lines, Integer name_len, Integer line_len);
+
+/* ---- Output units (Fortran runtime units; 6 is standard output) ----- */
+
+/* iflag 0: get the error (advisory) message unit; iflag 1: set it. */
+void x04aaf_(const Integer *iflag, Integer *nerr);
+void x04abf_(const Integer *iflag, Integer *nadv);
+/* C-side forms: the error unit of the C side is always 6. */
+void x04aaf_f(const Integer *iflag, Integer *nerr);
+void x04abf_f(const Integer *iflag, Integer *nadv);
+
+/* Writes one record, without its trailing blanks, on unit nout. */
+void x04baf_(const Integer *nout, const char *rec, size_t rec_len);
+/* C-side form: prints the record on standard output when nout >= 0. */
+void x04baf_f(const Integer *nout, const char *rec, Integer len);
+
+/* ---- Argument trace ------------------------------------------------- */
+
+/* flag 0: read the trace switch into *value; otherwise set it to *value. */
+void y90gczn_(const Integer *flag, Integer *value);
+
+/* Initialises an engine-data record. */
+void y90haan_(ZebEnData *en_data);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

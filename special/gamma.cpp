@@ -1,0 +1,237 @@
+// s14aa: the gamma function Gamma(x); s14ab: ln Gamma(x) for x > 0.
+#include <cmath>
+
+#include "frame/layers.hpp"
+#include "frame/machine.hpp"
+#include "zeb/special.h"
+
+namespace {
+
+#include "gamma_coeffs.inc"
+
+struct Coeffs {
+  const double* c;
+  int n;
+};
+
+// The expansion of Gamma(1 + g) for the digits of the arithmetic.
+constexpr Coeffs gamma_set(int64_t digits) {
+  if (digits <= 8) return {kGammaSet1, 13};
+  if (digits == 9) return {kGammaSet2, 14};
+  if (digits <= 12) return {kGammaSet3, 16};
+  if (digits <= 15) return {kGammaSet4, 22};
+  if (digits <= 17) return {kGammaSet5, 24};
+  return {kGammaSet6, 26};
+}
+constexpr Coeffs kSet = gamma_set(zeb::machine::kSeriesDigits);
+
+constexpr double kGammaArgMax = 170.0;
+constexpr double kGammaSmall = 1.0e-17;
+constexpr double kGammaTiny = 2.23e-308;
+constexpr double kGammaLarge = 4.3e+304;
+constexpr double kGammaTinyResult = 4.4843049327354256e+307;  // 1 / kGammaTiny
+
+const zeb::Message kGammaMessages[] = {
+    {1, 99998, NE_REAL_ARG_GT,
+     "On entry, x = %s.\nConstraint: x <= %s.\n"
+     "The argument is too large, the function returns the approximate value of\n"
+     "Gamma(x) at the nearest valid argument."},
+    {2, 99999, NE_REAL_ARG_LT,
+     "On entry, x = %s.\nThe function returns zero.\nConstraint: x >= %s.\n"
+     "The argument is too large and negative, the function returns zero."},
+    {3, 99997, NE_REAL_ARG_TOO_SMALL,
+     "On entry, x = %s.\nConstraint: abs(x) >= %s.\n"
+     "The argument is too close to zero, the function returns the approximate\n"
+     "value of Gamma(x) at the nearest valid argument."},
+    {4, 99996, NE_REAL_ARG_NEG_INT,
+     "On entry, x = %s.\nConstraint: x must not be a negative integer.\n"
+     "The argument is a negative integer, at which values Gamma(x) is infinite.\n"
+     "The function returns a large positive value."},
+};
+
+const zeb::Message kLogGammaMessages[] = {
+    {1, 1011, NE_REAL_ARG_LE, "On entry, x = %s.\nConstraint: x > 0.0."},
+    {2, 1021, NE_REAL_ARG_GT, "On entry, x = %s.\nConstraint: x <= x_big."},
+};
+
+}  // namespace
+
+#define S14AA_ARGS(A) A(in, double, x) A(res, double, gx)
+ZEB_LAYERS(s14aaf, S14AA_ARGS)
+ZEB_FORTRAN_FUNCTION(s14aaf, double, S14AA_ARGS, kGammaMessages)
+
+extern "C" void s14aafn_(const double* xp, double* gx, char* errbuf, int64_t* ifail,
+                         int64_t errbuf_len) {
+  const double x = *xp;
+  *gx = 0.0;
+  *ifail = 0;
+  if (std::isnan(x)) {  // no failure applies: the value is not a number
+    *gx = x;
+    return;
+  }
+  const double ax = std::fabs(x);
+  if (ax > kGammaArgMax) {
+    if (x < 0.0) {
+      zeb::fail(errbuf, errbuf_len, ifail, 2, 99999, x, -kGammaArgMax);
+    } else {
+      zeb::fail(errbuf, errbuf_len, ifail, 1, 99998, x, kGammaArgMax);
+      *gx = kGammaLarge;
+    }
+    return;
+  }
+  if (ax <= kGammaSmall) {
+    if (ax < kGammaTiny) {
+      zeb::fail(errbuf, errbuf_len, ifail, 3, 99997, x, kGammaTiny);
+      *gx = x < 0.0 ? -kGammaTinyResult : kGammaTinyResult;
+    } else {
+      *gx = 1.0 / x;
+    }
+    return;
+  }
+  const double n = std::trunc(x);
+  if (x < 0.0 && x - (n - 1.0) == 1.0) {
+    zeb::fail(errbuf, errbuf_len, ifail, 4, 99996, x);
+    *gx = kGammaLarge;
+    return;
+  }
+  // Reduce to Gamma(1 + g), g in [0, 1).
+  double g, factor = 1.0;
+  if (x >= 1.0) {
+    g = x - n;
+    const int k = int(n) - 1;  // factors (x - 1) ... (x - k)
+    int i = 1;
+    for (; i + 1 <= k; i += 2) factor = factor * (x - i) * (x - (i + 1));
+    if (i == k) factor = factor * (x - i);
+  } else if (x > 0.0) {
+    g = x;
+    factor = 1.0 / x;
+  } else {
+    // Gamma(x) = Gamma(1 + g) / (x (x + 1) ... (x + m)), x + m = g.
+    g = x - (n - 1.0);
+    const int m = 1 - int(n);
+    double d = x;
+    for (int i = 1; i <= m; ++i) d *= x + i;
+    factor = 1.0 / d;
+  }
+  const double t = 2.0 * g - 1.0;
+  double p = kSet.c[0];
+  for (int i = 1; i < kSet.n; ++i) p = p * t + kSet.c[i];
+  *gx = factor * p;
+}
+
+ZEB_API double s14aac(ZebError* fail, double x) {
+  double gx = 0.0;
+  zeb::c_entry(fail, "s14aac", kGammaMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
+    s14aaft_(en, &x, &gx, eb, ie, zeb::kErrbufLen);
+  });
+  return gx;
+}
+
+namespace {
+
+constexpr double kXbig = 2.55e+305;
+constexpr double kLgEps = 1.1102230246251565e-16;
+constexpr double kPnt68 = 0.6796875;
+constexpr double kD1 = -0.5772156649015329;
+constexpr double kD2 = 0.42278433509846713;
+constexpr double kD4 = 1.791759469228055;
+constexpr double kFrtbig = 2.24e+76;
+constexpr double kHalfLogTwoPi = 0.9189385332046728;
+
+constexpr double kP1[8] = {4.945235359296727, 201.8112620856775, 2290.8383738313464,
+                           11319.672059033808, 28557.246356716354, 38484.962284437934,
+                           26377.487876241954, 7225.813979700288};
+constexpr double kQ1[8] = {67.48212550303778, 1113.3323938571993, 7738.757056935398,
+                           27639.870744033407, 54993.102062261576, 61611.22180066002,
+                           36351.2759150194, 8785.536302431014};
+constexpr double kP2[8] = {4.974607845568932, 542.4138599891071, 15506.93864978365,
+                           184793.29044456323, 1088204.7694688288, 3338152.96798703,
+                           5106661.678927353, 3074109.0548505397};
+constexpr double kQ2[8] = {183.03283993705926, 7765.049321445006, 133190.38279660742,
+                           1136705.8213219696, 5267964.117437947, 13467014.543111017,
+                           17827365.303532742, 9533095.591844354};
+constexpr double kP4[8] = {14745.0216605994, 2426813.3694867045, 121475557.40450932,
+                           2663432449.630977, 29403789566.34554, 170266573776.5399,
+                           492612579337.7431, 560625185622.3951};
+constexpr double kQ4[8] = {2690.5301758708993, 639388.5654300093, 41355999.30241388,
+                           1120872109.616148, 14886137286.788137, 101680358627.24382,
+                           341747634550.73773, 446315818741.9713};
+constexpr double kC[7] = {0.0057083835261, -0.001910444077728, 0.00084171387781295,
+                          -0.0005952379913043012, 0.0007936507935003503,
+                          -0.0027777777777776816, 0.08333333333333333};
+
+// num/den of the rational approximation at z; den starts at den0.
+inline double ratio(const double (&p)[8], const double (&q)[8], double z, double den0) {
+  double num = 0.0, den = den0;
+  for (int i = 0; i < 8; ++i) {
+    num = num * z + p[i];
+    den = den * z + q[i];
+  }
+  return num / den;
+}
+
+}  // namespace
+
+#define S14AB_ARGS(A) A(in, double, x) A(res, double, y)
+ZEB_LAYERS(s14abf, S14AB_ARGS)
+ZEB_FORTRAN_FUNCTION(s14abf, double, S14AB_ARGS, kLogGammaMessages)
+
+extern "C" void s14abfn_(const double* xp, double* res, char* errbuf, int64_t* ifail,
+                         int64_t errbuf_len) {
+  const double y = *xp;
+  *ifail = 0;
+  if (y > kXbig) {
+    zeb::fail(errbuf, errbuf_len, ifail, 2, 1021, y);
+    *res = zeb::machine::kHuge;
+    return;
+  }
+  if (y <= kLgEps) {
+    if (y > 0.0) {
+      *res = -std::log(y);
+    } else {
+      zeb::fail(errbuf, errbuf_len, ifail, 1, 1011, y);
+      *res = y == 0.0 ? zeb::machine::kHuge : 0.0;
+    }
+    return;
+  }
+  if (y <= 1.5) {
+    double corr, xm1;
+    if (y < kPnt68) {
+      corr = -std::log(y);
+      xm1 = y;
+    } else {
+      corr = 0.0;
+      xm1 = (y - 0.5) - 0.5;
+    }
+    if (y <= 0.5 || y >= kPnt68) {
+      *res = corr + xm1 * (kD1 + xm1 * ratio(kP1, kQ1, xm1, 1.0));
+    } else {
+      const double xm2 = (y - 0.5) - 0.5;
+      *res = corr + xm2 * (kD2 + xm2 * ratio(kP2, kQ2, xm2, 1.0));
+    }
+  } else if (y <= 4.0) {
+    const double xm2 = y - 2.0;
+    *res = xm2 * (kD2 + xm2 * ratio(kP2, kQ2, xm2, 1.0));
+  } else if (y <= 12.0) {
+    const double xm4 = y - 4.0;
+    *res = kD4 + xm4 * ratio(kP4, kQ4, xm4, -1.0);
+  } else {
+    double r = 0.0;
+    if (y <= kFrtbig) {
+      const double ysq = y * y;
+      r = kC[0];
+      for (int i = 1; i < 7; ++i) r = r / ysq + kC[i];
+    }
+    r /= y;
+    const double corr = std::log(y);
+    *res = r + kHalfLogTwoPi - 0.5 * corr + y * (corr - 1.0);
+  }
+}
+
+ZEB_API double s14abc(ZebError* fail, double x) {
+  double y = 0.0;
+  zeb::c_entry(fail, "s14abc", kLogGammaMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
+    s14abft_(en, &x, &y, eb, ie, zeb::kErrbufLen);
+  });
+  return y;
+}

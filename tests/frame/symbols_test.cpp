@@ -1,0 +1,37 @@
+// The library exports exactly the names of the golden lists in
+// tests/symbols (one file per chapter): a misspelt generated name, or a
+// private helper that leaks, fails here.
+#include <gtest/gtest.h>
+
+#include <dirent.h>
+
+#include <fstream>
+#include <set>
+#include <sstream>
+#include <string>
+
+#include "common/testing.hpp"
+
+TEST(Symbols, ExportedNamesMatchTheGoldenLists) {
+  std::set<std::string> golden;
+  const std::string dir = std::string(ZEB_TEST_DATA) + "/../symbols";
+  DIR* d = opendir(dir.c_str());
+  ASSERT_NE(d, nullptr);
+  while (dirent* e = readdir(d)) {
+    const std::string n = e->d_name;
+    if (n.size() < 5 || n.substr(n.size() - 4) != ".txt") continue;
+    std::ifstream f(dir + "/" + n);
+    std::string s;
+    while (f >> s) golden.insert(s);
+  }
+  closedir(d);
+  const auto r = zebtest::run(std::string("nm -D --defined-only ") + ZEB_LIBRARY_PATH +
+                              " | awk '{print $3}'");
+  ASSERT_EQ(r.status, 0);
+  std::set<std::string> exported;
+  std::istringstream s(r.out);
+  std::string name;
+  while (s >> name) exported.insert(name);
+  for (const auto& g : golden) EXPECT_TRUE(exported.count(g)) << "missing: " << g;
+  for (const auto& x : exported) EXPECT_TRUE(golden.count(x)) << "not in a golden list: " << x;
+}
