@@ -64,13 +64,17 @@ Coded decode(const char* errbuf, int64_t len);
 // + lines) are two renderings of the same text; a Fortran line that ends
 // with a value drops the closing period ("On entry, x = %s." gives
 // " ** On entry, x = 171.0").  `ctext` replaces the text on the C side
-// where the two differ further.
+// where the two differ further.  `cname` names a routine-specific code
+// that is not in the table: the C message is headed by that name while
+// `code`, the number handed back in fail, is the table's code for the class
+// of failure.
 struct Message {
   int64_t failno;
   int64_t msgid;
   int code;
   const char* text;
   const char* ctext = nullptr;
+  const char* cname = nullptr;
 };
 
 struct Messages {
@@ -88,15 +92,17 @@ int placeholders(const char* text);
 // each beginning " ** ".  Returns the number of lines written.
 int render_lines(const char* text, const Text* vals, int nvals, char* lines,
                  int maxlines);
-// Renders "NAME:\n  line\n  line" into out (512 characters).
-void render_c(int code, const char* text, const Text* vals, int nvals, char* out);
+// Renders "NAME:\n  line\n  line" into out (512 characters); NAME is the
+// table's name of `code` unless `cname` gives a routine-specific one.
+void render_c(int code, const char* text, const Text* vals, int nvals, char* out,
+              const char* cname = nullptr);
 
 // Formats the template of `code` from zeb_errlist with printf arguments and
 // hands it to the C exit.
 void c_fail(ZebError* fail, const char* routine, int code, ...);
 // The same with a routine's own text (no "NAME:\n" prefix) and value texts.
 void c_fail_text(ZebError* fail, const char* routine, int code, const char* text,
-                 const Text* vals, int nvals);
+                 const Text* vals, int nvals, const char* cname = nullptr);
 
 // The tail of every Fortran entry: renders the failure's lines and applies
 // the ifail protocol.

@@ -1,4 +1,6 @@
 // The coded error buffer and the two renderings of a routine's messages.
+#include <algorithm>
+#include <cmath>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -13,17 +15,27 @@ namespace zeb {
 
 Text text(double v) {
   Text t{};
-  for (int prec = 15; prec <= 17; ++prec) {
-    std::snprintf(t.s, sizeof t.s, "%.*g", prec, v);
+  if (!std::isfinite(v)) {
+    std::snprintf(t.s, sizeof t.s, "%g", v);
+    return t;
+  }
+  // The fewest significant digits that read back as v ...
+  int p = 1;
+  for (; p < 17; ++p) {
+    std::snprintf(t.s, sizeof t.s, "%.*e", p - 1, v);
     if (std::strtod(t.s, nullptr) == v) break;
   }
-  // Show a real as a real: 170 -> 170.0, 1e-310 -> 1.0e-310.
-  if (!std::strpbrk(t.s, ".ni")) {
-    char* e = std::strchr(t.s, 'e');
+  std::snprintf(t.s, sizeof t.s, "%.*e", p - 1, v);
+  const int e = std::atoi(std::strchr(t.s, 'e') + 1);
+  // ... shown in fixed notation where that is short, and always as a real:
+  // 170 -> 170.0, 1e-310 -> 1.0e-310.
+  if (e >= -5 && e < 17) std::snprintf(t.s, sizeof t.s, "%.*f", std::max(p - 1 - e, 0), v);
+  if (!std::strchr(t.s, '.')) {
+    char* x = std::strchr(t.s, 'e');
     char tail[32] = "";
-    if (e) {
-      std::strcpy(tail, e);
-      *e = '\0';
+    if (x) {
+      std::strcpy(tail, x);
+      *x = '\0';
     }
     std::strcat(t.s, ".0");
     std::strcat(t.s, tail);
@@ -151,10 +163,11 @@ int render_lines(const char* t, const Text* vals, int nvals, char* lines, int ma
   return nl;
 }
 
-void render_c(int code, const char* t, const Text* vals, int nvals, char* out) {
+void render_c(int code, const char* t, const Text* vals, int nvals, char* out,
+              const char* cname) {
   const size_t cap = 512;
   int next = 0;
-  size_t o = size_t(std::snprintf(out, cap, "%s:", zeb_errnames[code]));
+  size_t o = size_t(std::snprintf(out, cap, "%s:", cname ? cname : zeb_errnames[code]));
   while (o + 4 < cap) {
     const char* eol = std::strchr(t, '\n');
     size_t n = eol ? size_t(eol - t) : std::strlen(t);
@@ -178,9 +191,9 @@ void c_fail(ZebError* fail, const char* routine, int code, ...) {
 }
 
 void c_fail_text(ZebError* fail, const char* routine, int code, const char* t,
-                 const Text* vals, int nvals) {
+                 const Text* vals, int nvals, const char* cname) {
   char msg[512];
-  render_c(code, t, vals, nvals, msg);
+  render_c(code, t, vals, nvals, msg, cname);
   p01acc_c(msg, code, routine, fail);
 }
 
@@ -242,7 +255,7 @@ void finish_c(ZebError* fail, const char* name, Messages msgs, int64_t ierr,
       got = std::sscanf(buf, sep5, &failno, &msgid, &nvals, v[0].s, v[1].s) == 5 && nvals == 2 ? 2 : -1;
     }
     if (got == want) {
-      c_fail_text(fail, name, m->code, t, v, got);
+      c_fail_text(fail, name, m->code, t, v, got, m->cname);
       return;
     }
   }

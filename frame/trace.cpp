@@ -6,7 +6,6 @@
 #include "trace.hpp"
 #include "units.hpp"
 
-extern "C" __attribute__((visibility("default"))) int64_t zeb_trace_switch;
 int64_t zeb_trace_switch = 0;
 
 ZEB_API void y90haan_(ZebEnData* en) {

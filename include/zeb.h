@@ -6,6 +6,7 @@
 
 #include "zeb/types.h"
 #include "zeb/frame.h"
+#include "zeb/machine.h"
 #include "zeb/special.h"
 
 #endif

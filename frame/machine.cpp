@@ -1,0 +1,92 @@
+// Machine constants (the x02 routines) and library identification (a00aa).
+#include <cstdio>
+#include <cstring>
+#include <initializer_list>
+
+#include "layers.hpp"
+#include "machine.hpp"
+#include "units.hpp"
+#include "zeb/machine.h"
+
+using namespace zeb::machine;
+
+// Every x02 routine: a function of no arguments returning one constant, with
+// the Fortran entry, C entry, thin, traced and engine layers.
+#define X02_ARGS_double(A) A(res, double, result)
+#define X02_ARGS_int64_t(A) A(res, int64_t, result)
+#define ZEB_X02(stem, cname, T, value)                                    \
+  ZEB_LAYERS_NOFAIL(stem, X02_ARGS_##T)                                   \
+  ZEB_FORTRAN_FUNCTION_NOFAIL(stem, T, X02_ARGS_##T)                      \
+  extern "C" void stem##n_(T* result) { *result = value; }                \
+  ZEB_API T cname(void) { return value; }
+
+ZEB_X02(x02ajf, x02ajc, double, kEps)
+ZEB_X02(x02akf, x02akc, double, kTiny)
+ZEB_X02(x02alf, x02alc, double, kHuge)
+ZEB_X02(x02amf, x02amc, double, kSafe)
+ZEB_X02(x02anf, x02anc, double, kSafe)
+ZEB_X02(x02ahf, x02ahc, double, kMaxSineArg)
+ZEB_X02(x02bbf, x02bbc, int64_t, kMaxInteger)
+ZEB_X02(x02bef, x02bec, int64_t, kDecimalDigits)
+ZEB_X02(x02bhf, x02bhc, int64_t, kBase)
+ZEB_X02(x02bjf, x02bjc, int64_t, kBaseDigits)
+ZEB_X02(x02bkf, x02bkc, int64_t, kMinExp)
+ZEB_X02(x02blf, x02blc, int64_t, kMaxExp)
+
+// Companions for engines: decimal digits of the expansions, and single
+// precision.
+ZEB_API int64_t x02bezn_(void) { return kSeriesDigits; }
+ZEB_API float x02aken_(void) { return 0x1p-126f; }
+ZEB_API int64_t x02bjen_(void) { return 24; }
+ZEB_API int64_t x02bken_(void) { return -125; }
+ZEB_API int64_t x02blen_(void) { return 128; }
+
+// The description of the build: a block of lines of 132 characters.  The
+// Fortran form writes lines 1 to 9 and 26 on the advisory unit; the C form
+// prints the whole description.
+namespace {
+
+constexpr int kIdLines = 26;
+constexpr int kIdWidth = 132;
+
+void describe(char (*lines)[kIdWidth + 1]) {
+  for (int i = 0; i < kIdLines; ++i) lines[i][0] = '\0';
+  auto put = [&](int k, const char* fmt, auto... v) {
+    std::snprintf(lines[k - 1], kIdWidth + 1, fmt, v...);
+  };
+  put(1, " *** Start of ZEB implementation details ***");
+  put(3, " Implementation title: ZEB numerical routine library, Linux x86-64");
+  put(4, "            Precision: IEEE 754 double (binary64)");
+  put(5, "              Release: %s", ZEB_VERSION);
+  put(6, "         Compilers: GNU C++ and GNU Fortran %d.%d", __GNUC__, __GNUC_MINOR__);
+  put(7, "           Type sizes: sizeof(Pointer) = %d, sizeof(Integer) = %d", int(sizeof(void*)),
+      int(sizeof(int64_t)));
+  put(9, "  This is a %d-bit library using %d-bit integers.", int(8 * sizeof(void*)),
+      int(8 * sizeof(int64_t)));
+  put(26, " *** End of ZEB implementation details ***");
+}
+
+}  // namespace
+
+#define A00AAF_ARGS(A)
+ZEB_LAYERS_NOFAIL_EN(a00aaf, A00AAF_ARGS)
+ZEB_FORTRAN_SUBROUTINE_NOFAIL(a00aaf, A00AAF_ARGS)
+extern "C" void a00aafn_(ZebEnData* en_data) {
+  char lines[kIdLines][kIdWidth + 1];
+  describe(lines);
+  for (int k : {1, 2, 3, 4, 5, 6, 7, 8, 9, 26})
+    zeb::write_line(en_data, zeb::g_advisory_unit, lines[k - 1]);
+}
+
+ZEB_API void a00aac(void) {
+  char lines[kIdLines][kIdWidth + 1];
+  describe(lines);
+  char text[kIdLines * (kIdWidth + 1) + 1];
+  size_t n = 0;
+  for (int k = 1; k <= kIdLines; ++k) {
+    if (k > 9 && k < 26 && lines[k - 1][0] == '\0') continue;
+    n += size_t(std::snprintf(text + n, sizeof text - n, "%s\n", lines[k - 1]));
+  }
+  std::printf("%s", text);
+  std::fflush(stdout);
+}
