@@ -2,9 +2,14 @@
 // C entry protocols and the argument trace, shared by every routine.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
+#include <initializer_list>
+#include <memory>
 #include <new>
+#include <utility>
 
 #include "zeb/types.h"
 
@@ -148,6 +153,94 @@ inline void c_entry(ZebError* fail, const char* name, Messages msgs, Call&& call
   call(&en, errbuf, &ierr);
   finish_c(fail, name, msgs, ierr, errbuf);
 }
+
+// ---- C entries that take a storage order ---------------------------------
+//
+// A matrix argument of such an entry.  The mathematical matrix is rows by
+// cols; the caller stores it in `order` with leading dimension pd.  The
+// names are those of the C arguments, used in the messages.
+struct OrderedMatrix {
+  const char* name;      // "a"
+  const double* p;       // the caller's array
+  int64_t rows, cols;
+  int64_t pd;
+  const char* pdname;    // "pda"
+  const char* rowsname;  // "m": column-major constraint pda >= MAX(1, m)
+  const char* colsname;  // "n": row-major constraint pda >= MAX(1, n)
+  bool out;              // the routine writes the matrix
+};
+
+// The first null pointer among the array arguments, in argument order, is
+// reported as NE_BAD_PARAM naming it.
+inline bool c_null_arrays(ZebError* fail, const char* routine,
+                          std::initializer_list<std::pair<const char*, const void*>> arrays) {
+  for (const auto& a : arrays)
+    if (!a.second) {
+      c_fail(fail, routine, NE_BAD_PARAM, a.first);
+      return true;
+    }
+  return false;
+}
+
+// Row-major leading dimension: pd > 0 (NE_INT), then pd >= MAX(1, cols)
+// (NE_INT_2 with the column count first).
+inline bool c_rowmajor_pd(ZebError* fail, const char* routine, const OrderedMatrix& m) {
+  char c[64];
+  if (m.pd < 1) {
+    std::snprintf(c, sizeof c, "%s > 0", m.pdname);
+    c_fail(fail, routine, NE_INT, m.pdname, long(m.pd), c);
+    return true;
+  }
+  if (m.pd < std::max<int64_t>(1, m.cols)) {
+    std::snprintf(c, sizeof c, "%s >= MAX(1, %s)", m.pdname, m.colsname);
+    c_fail(fail, routine, NE_INT_2, m.colsname, long(m.cols), m.pdname, long(m.pd), c);
+    return true;
+  }
+  return false;
+}
+
+// Column-major leading dimension too small: NE_INT_2 with pd first.
+inline void c_colmajor_pd(ZebError* fail, const char* routine, const OrderedMatrix& m) {
+  char c[64];
+  std::snprintf(c, sizeof c, "%s >= MAX(1, %s)", m.pdname, m.rowsname);
+  c_fail(fail, routine, NE_INT_2, m.pdname, long(m.pd), m.rowsname, long(m.rows), c);
+}
+
+// dst(j, i) = src(i, j): src is r by c with leading dimension lds, dst c
+// by r with leading dimension ldd; in tiles, to stay in cache.
+inline void transpose(const double* src, int64_t lds, int64_t r, int64_t c, double* dst,
+                      int64_t ldd) {
+  constexpr int64_t kTile = 32;
+  for (int64_t j0 = 0; j0 < c; j0 += kTile)
+    for (int64_t i0 = 0; i0 < r; i0 += kTile)
+      for (int64_t j = j0; j < std::min(c, j0 + kTile); ++j)
+        for (int64_t i = i0; i < std::min(r, i0 + kTile); ++i) dst[j + i * ldd] = src[i + j * lds];
+}
+
+// The column-major working copy of a row-major matrix: allocated with
+// leading dimension MAX(1, rows), filled from the caller's array, and
+// copied back by put_back when the routine writes the matrix.
+class ColumnMajorCopy {
+ public:
+  // False when memory could not be allocated.
+  bool make(const OrderedMatrix& m) {
+    ld_ = std::max<int64_t>(1, m.rows);
+    buf_.reset(new (std::nothrow) double[size_t(ld_ * std::max<int64_t>(1, m.cols))]);
+    if (!buf_) return false;
+    // The caller's row-major array is cols by rows in column-major terms.
+    transpose(m.p, m.pd, m.cols, m.rows, buf_.get(), ld_);
+    return true;
+  }
+  double* data() { return buf_.get(); }
+  int64_t ld() const { return ld_; }
+  void put_back(const OrderedMatrix& m) const {
+    if (m.out) transpose(buf_.get(), ld_, m.rows, m.cols, const_cast<double*>(m.p), m.pd);
+  }
+
+ private:
+  std::unique_ptr<double[]> buf_;
+  int64_t ld_ = 1;
+};
 
 // Runs an engine and keeps every exception inside the library: memory
 // exhaustion becomes failure -999, anything else an internal error.

@@ -264,3 +264,31 @@ inline int cb_marshal(ZebEnData* en, Call&& call_marshal) {
   return en->callback_status;
 }
 }  // namespace zeb
+
+// Routines of the LAPACK shape: no errbuf and no ifail; the outcome is the
+// routine's own `info` argument (0, -k for the k-th argument, k > 0 for a
+// computational failure).  The engine takes en_data first (its argument
+// errors are written on the error unit) and the traced layer keeps every
+// exception inside the library: memory exhaustion sets info to -999,
+// anything else to the internal-error value.  The Fortran entry is
+// ZEB_FORTRAN_SUBROUTINE_NOFAIL.
+#define ZEB_LAYERS_INFO(stem, ARGS, info)                                              \
+  ZEB_API void stem##n_(ZebEnData* en_data ARGS(ZEB_P));                               \
+  ZEB_API void stem##v_(ZebEnData* en_data ARGS(ZEB_P)) {                              \
+    ZEB_TRACED_CALL(#stem "v", en_data, ARGS, nullptr, nullptr,                        \
+                    zeb::guarded_info(info, [&] { stem##n_(en_data ARGS(ZEB_FWD)); })) \
+  }                                                                                    \
+  ZEB_API void stem##t_(ZebEnData* en_data ARGS(ZEB_P)) { stem##v_(en_data ARGS(ZEB_FWD)); }
+
+namespace zeb {
+template <class Call>
+inline void guarded_info(int64_t* info, Call&& call) noexcept {
+  try {
+    call();
+  } catch (const std::bad_alloc&) {
+    *info = kAllocFail;
+  } catch (...) {
+    *info = kInternal;
+  }
+}
+}  // namespace zeb

@@ -21,6 +21,11 @@ void p01acc_c(const char *message, int code, const char *name, ZebError *fail);
 void p01abzu_(Integer *ifail, const Integer *ierr, const char *name, const Integer *nrec,
               const char *lines, Integer name_len, Integer line_len);
 
+/* Decodes a coded 200-character error buffer: the message identifier, and
+   the value texts of the message, one to a line of line_len characters. */
+void p01abtn_(const char *errbuf, Integer *msgid, char *lines, Integer *nrec,
+              Integer errbuf_len, Integer line_len);
+
 /* ---- Output units (Fortran runtime units; 6 is standard output) ----- */
 
 /* iflag 0: get the error (advisory) message unit; iflag 1: set it. */

@@ -22,7 +22,7 @@ Run run(const std::string& command) {
   Run r;
   if (!mkdtemp(dir)) return r;
   const std::string o = std::string(dir) + "/out", e = std::string(dir) + "/err";
-  const std::string cmd = command + " > " + o + " 2> " + e + " < /dev/null";
+  const std::string cmd = "( " + command + " ) > " + o + " 2> " + e + " < /dev/null";
   const int st = std::system(cmd.c_str());
   r.status = WIFEXITED(st) ? WEXITSTATUS(st) : -1;
   r.out = slurp(o);

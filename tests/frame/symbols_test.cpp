@@ -27,7 +27,8 @@ TEST(Symbols, ExportedNamesMatchTheGoldenLists) {
   closedir(d);
   const auto r = zebtest::run(std::string("nm -D --defined-only ") + ZEB_LIBRARY_PATH +
                               " | awk '{print $3}'");
-  ASSERT_EQ(r.status, 0);
+  ASSERT_EQ(r.status, 0) << r.err;
+  ASSERT_FALSE(r.out.empty()) << r.err;
   std::set<std::string> exported;
   std::istringstream s(r.out);
   std::string name;

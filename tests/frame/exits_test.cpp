@@ -1,0 +1,278 @@
+// The error exits as a user sees them: the ifail protocol and its lines, the
+// hard stop, the fail structure, printing and handlers, and the entries'
+// defence against a malformed coded buffer.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <new>
+#include <stdexcept>
+#include <string>
+
+#include "common/testing.hpp"
+#include "frame/layers.hpp"
+#include "zeb.h"
+
+namespace {
+
+double gamma_f(double x, int64_t* ifail) { return s14aaf_(&x, ifail); }
+
+// A routine of the test's own, whose engine misbehaves on request: it shows
+// how the generated layers and the entries handle what no real engine
+// should do.
+enum Mode : int64_t { kOk, kBadAlloc, kThrow, kGarbage, kWrongId, kWrongCount, kWarn };
+
+const zeb::Message kTestMessages[] = {
+    {1, 101, NE_INT, "On entry, n = %s.\nConstraint: n >= 0."},
+    {2, 102, NW_SOME_PRECISION_LOSS, "Some precision was lost."},
+};
+
+}  // namespace
+
+#define ZZT01_ARGS(A) A(in, int64_t, mode) A(res, double, y)
+ZEB_LAYERS(zzt01f, ZZT01_ARGS)
+ZEB_FORTRAN_FUNCTION(zzt01f, double, ZZT01_ARGS, kTestMessages)
+
+extern "C" void zzt01fn_(const int64_t* mode, double* y, char* errbuf, int64_t* ifail,
+                         int64_t len) {
+  *ifail = 0;
+  *y = 1.5;
+  switch (*mode) {
+    case kBadAlloc: throw std::bad_alloc();
+    case kThrow: throw std::runtime_error("unexpected");
+    case kGarbage:
+      *ifail = 1;
+      std::memset(errbuf, 'x', size_t(len));
+      break;
+    case kWrongId: zeb::fail(errbuf, len, ifail, 1, 999, int64_t{-3}); break;
+    case kWrongCount: zeb::fail(errbuf, len, ifail, 1, 101, int64_t{-3}, 7.0); break;
+    case kWarn: zeb::fail(errbuf, len, ifail, 2, 102); break;
+    default: break;
+  }
+}
+
+static double zzt01c(ZebError* fail, int64_t mode) {
+  double y = 0.0;
+  zeb::c_entry(fail, "zzt01c", kTestMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
+    zzt01ft_(en, &mode, &y, eb, ie, zeb::kErrbufLen);
+  });
+  return y;
+}
+
+namespace {
+
+const char kInternal[] =
+    "NE_INTERNAL_ERROR:\n  An internal error has occurred in this function.\n"
+    "  Check the function call and any array sizes. If the call is correct\n"
+    "  then please consult ZEB for assistance.";
+
+TEST(IfailProtocol, OnlyMinusOneAndZeroPrint) {
+  for (int64_t mode : {1, 2, -5, 99}) {
+    int64_t ifail = mode;
+    const std::string out = zebtest::capture_stdout([&] { gamma_f(-2.0, &ifail); });
+    EXPECT_EQ(out, "") << mode;
+    EXPECT_EQ(ifail, 4) << mode;
+  }
+  for (int64_t mode : {-1, 0, 1, 2, 7}) {
+    int64_t ifail = mode;
+    EXPECT_NEAR(gamma_f(3.0, &ifail), 2.0, 1e-15);
+    EXPECT_EQ(ifail, 0) << "success leaves 0 whatever came in: " << mode;
+  }
+}
+
+TEST(IfailProtocol, NoisySoftFailurePrintsLinesExitLineAndSoftLine) {
+  int64_t ifail = -1;
+  const std::string out = zebtest::capture_stdout([&] { gamma_f(171.0, &ifail); });
+  EXPECT_EQ(ifail, 1);
+  EXPECT_EQ(out,
+            " ** On entry, x = 171.0\n"
+            " ** Constraint: x <= 170.0\n"
+            " ** The argument is too large, the function returns the approximate value of\n"
+            " ** Gamma(x) at the nearest valid argument.\n"
+            " ** ABNORMAL EXIT from ZEB Library routine s14aaf: IFAIL =     1\n"
+            " ** ZEB soft failure - control returned\n");
+}
+
+TEST(IfailProtocol, HardFailureStopsTheProgramAfterItsLines) {
+  const auto r = zebtest::run(zebtest::prog("hard_gamma"));
+  EXPECT_EQ(r.status, 1);
+  EXPECT_EQ(r.out,
+            "before\n"
+            " ** On entry, x = -2.0\n"
+            " ** Constraint: x must not be a negative integer.\n"
+            " ** The argument is a negative integer, at which values Gamma(x) is infinite.\n"
+            " ** The function returns a large positive value.\n"
+            " ** ABNORMAL EXIT from ZEB Library routine s14aaf: IFAIL =     4\n"
+            " ** ZEB hard failure - execution terminated\n");
+}
+
+TEST(IfailProtocol, ErrorUnitChoosesWhereLinesGo) {
+  int64_t get = 0, unit = -1, set = 1, saved = 0;
+  x04aaf_(&get, &saved);
+  EXPECT_EQ(saved, 6);
+  x04aaf_(&set, &unit);
+  int64_t ifail = -1;
+  const std::string out = zebtest::capture_stdout([&] { gamma_f(171.0, &ifail); });
+  x04aaf_(&set, &saved);
+  EXPECT_EQ(out, "") << "a negative unit writes nothing";
+  EXPECT_EQ(ifail, 1);
+}
+
+TEST(CExit, NullFailEndsTheProcessOnErrorsAndWarnings) {
+  auto r = zebtest::run(zebtest::prog("c_exits") + " null-error");
+  EXPECT_EQ(r.status, 1);
+  EXPECT_EQ(r.out, "start\n");
+  EXPECT_EQ(r.err,
+            "Error detected by ZEB routine s14aac:\n"
+            "NE_REAL_ARG_GT:\n  On entry, x = 171.0.\n  Constraint: x <= 170.0.\n"
+            "  The argument is too large, the function returns the approximate value of\n"
+            "  Gamma(x) at the nearest valid argument.\n"
+            "...ZEB Function Terminated\n");
+  r = zebtest::run(zebtest::prog("c_exits") + " null-warning");
+  EXPECT_EQ(r.status, 1);
+  EXPECT_EQ(r.err.rfind("Warning from ZEB routine s14aac:\nNW_SOME_PRECISION_LOSS:\n", 0), 0u)
+      << r.err;
+  EXPECT_NE(r.err.find("\n...ZEB Function Terminated\n"), std::string::npos);
+  r = zebtest::run(zebtest::prog("c_exits") + " null-ok");
+  EXPECT_EQ(r.status, 0);
+  EXPECT_EQ(r.out, "start\n24\nend\n");
+  EXPECT_EQ(r.err, "");
+}
+
+TEST(CExit, PrintAndHandler) {
+  auto r = zebtest::run(zebtest::prog("c_exits") + " print");
+  EXPECT_EQ(r.status, 0);
+  EXPECT_EQ(r.out, "start\ncode 6\nend\n");
+  EXPECT_EQ(r.err,
+            "Error detected by ZEB routine s14abc:\n"
+            "NE_REAL_ARG_LE:\n  On entry, x = -1.0.\n  Constraint: x > 0.0.\n");
+  r = zebtest::run(zebtest::prog("c_exits") + " handler");
+  EXPECT_EQ(r.status, 0);
+  EXPECT_EQ(r.err, "") << "print = 0: nothing printed";
+  EXPECT_EQ(r.out,
+            "start\nhandler: s14abc 6\n"
+            "NE_REAL_ARG_LE:\n  On entry, x = 0.0.\n  Constraint: x > 0.0.\n"
+            "code 6 errnum 1\nend\n");
+}
+
+TEST(CExit, WarningHeadingWhenNoNEInTheFirstFiveCharacters) {
+  ZebError fail;
+  ZEB_INIT_FAIL(fail);
+  fail.print = 1;
+  const auto rec = [&](const char* msg) {
+    fflush(stderr);
+    zebtest::capture_begin();
+    // Standard error is what p01acc_c prints to: route it to the capture.
+    const int saved = dup(2);
+    dup2(1, 2);
+    p01acc_c(msg, NE_INT, "x", &fail);
+    fflush(stderr);
+    dup2(saved, 2);
+    close(saved);
+    return zebtest::capture_end();
+  };
+  EXPECT_EQ(rec("NW_X:\n  w"), "Warning from ZEB routine x:\nNW_X:\n  w\n");
+  EXPECT_EQ(rec("  NE_Y"), "Error detected by ZEB routine x:\n  NE_Y\n");
+  EXPECT_EQ(rec("1234NE"), "Warning from ZEB routine x:\n1234NE\n");
+  EXPECT_EQ(rec("123NE"), "Error detected by ZEB routine x:\n123NE\n");
+  EXPECT_EQ(fail.code, NE_INT);
+  EXPECT_STREQ(fail.message, "123NE");
+}
+
+TEST(Entries, MalformedCodedBufferIsAnInternalError) {
+  for (int64_t mode : {kGarbage, kWrongId, kWrongCount}) {
+    ZebError fail;
+    ZEB_INIT_FAIL(fail);
+    zzt01c(&fail, mode);
+    EXPECT_EQ(fail.code, NE_INTERNAL_ERROR) << mode;
+    EXPECT_STREQ(fail.message, kInternal);
+    EXPECT_EQ(fail.errnum, 1);
+    int64_t ifail = -1;
+    const std::string out = zebtest::capture_stdout([&] { zzt01f_(&mode, &ifail); });
+    EXPECT_EQ(out,
+              " ** An internal error has occurred in this function.\n"
+              " ** Check the function call and any array sizes. If the call is correct\n"
+              " ** then please consult ZEB for assistance.\n"
+              " ** ABNORMAL EXIT from ZEB Library routine zzt01f: IFAIL =     1\n"
+              " ** ZEB soft failure - control returned\n");
+  }
+}
+
+TEST(Entries, NoExceptionCrossesTheLayers) {
+  int64_t mode = kBadAlloc, ifail = -1;
+  std::string out = zebtest::capture_stdout([&] { zzt01f_(&mode, &ifail); });
+  EXPECT_EQ(ifail, -999);
+  EXPECT_EQ(out,
+            " ** Dynamic memory allocation failed.\n"
+            " ** ABNORMAL EXIT from ZEB Library routine zzt01f: IFAIL =  -999\n"
+            " ** ZEB soft failure - control returned\n");
+  ZebError fail;
+  ZEB_INIT_FAIL(fail);
+  zzt01c(&fail, kBadAlloc);
+  EXPECT_EQ(fail.code, NE_ALLOC_FAIL);
+  EXPECT_STREQ(fail.message, "NE_ALLOC_FAIL:\n  Dynamic memory allocation failed.");
+  EXPECT_EQ(fail.errnum, 0);
+  zzt01c(&fail, kThrow);
+  EXPECT_EQ(fail.code, NE_INTERNAL_ERROR);
+  mode = kThrow;
+  ifail = 1;
+  zzt01f_(&mode, &ifail);
+  EXPECT_EQ(ifail, zeb::kInternal);
+}
+
+TEST(Entries, WarningCodesReachTheFailStructure) {
+  ZebError fail;
+  ZEB_INIT_FAIL(fail);
+  EXPECT_EQ(zzt01c(&fail, kWarn), 1.5);
+  EXPECT_EQ(fail.code, NW_SOME_PRECISION_LOSS);
+  EXPECT_STREQ(fail.message, "NW_SOME_PRECISION_LOSS:\n  Some precision was lost.");
+}
+
+TEST(ErrorTable, EveryTemplateHasItsNameAndIndentedText) {
+  EXPECT_STREQ(zeb_errlist[0], "NE_NOERROR:\n  No error.");
+  EXPECT_STREQ(zeb_errlist[745], "");
+  EXPECT_STREQ(zeb_errlist[716], "");
+  EXPECT_STREQ(zeb_errlist[NE_INT_2], "NE_INT_2:\n  On entry, %s = %ld, %s = %ld.\n  Constraint: %s.");
+  EXPECT_STREQ(zeb_errlist[NE_CONSTRAINT], "NE_CONSTRAINT:\n   General constraint: %s");
+  int filled = 0;
+  for (int k = 0; k < 746; ++k) {
+    const char* t = zeb_errlist[k];
+    if (!*t) continue;
+    ++filled;
+    const char* colon = std::strstr(t, ":\n  ");
+    ASSERT_NE(colon, nullptr) << k;
+    const std::string name(t, size_t(colon - t));
+    EXPECT_TRUE(name.rfind("NE_", 0) == 0 || name.rfind("NW_", 0) == 0) << k;
+    for (const char* p = std::strchr(t, '\n'); p; p = std::strchr(p + 1, '\n'))
+      EXPECT_EQ(std::strncmp(p, "\n  ", 3), 0) << k;
+  }
+  EXPECT_EQ(filled, 744);
+}
+
+TEST(CodedBuffer, RoundTripOfValuesAndRealFormatting) {
+  char eb[zeb::kErrbufLen];
+  int64_t ifail = 0;
+  zeb::fail(eb, zeb::kErrbufLen, &ifail, 3, 77, 170.0, int64_t{-12}, "lda", 'D', 1e-310);
+  EXPECT_EQ(ifail, 3);
+  EXPECT_EQ(eb[zeb::kErrbufLen - 1], ' ');
+  const zeb::Coded c = zeb::decode(eb, zeb::kErrbufLen);
+  ASSERT_TRUE(c.ok);
+  EXPECT_EQ(c.failno, 3);
+  EXPECT_EQ(c.msgid, 77);
+  ASSERT_EQ(c.nvals, 5);
+  const char* want[] = {"170.0", "-12", "lda", "D", "1.0e-310"};
+  for (int k = 0; k < 5; ++k) EXPECT_STREQ(c.vals[k].s, want[k]);
+  EXPECT_STREQ(zeb::text(0.1).s, "0.1");
+  EXPECT_STREQ(zeb::text(-2.5e-7).s, "-2.5e-07");
+  EXPECT_STREQ(zeb::text(1e300).s, "1.0e+300");
+  EXPECT_STREQ(zeb::text(1.0 / 3.0).s, "0.3333333333333333");
+  EXPECT_EQ(std::strtod(zeb::text(0.1 + 0.2).s, nullptr), 0.1 + 0.2);
+  int64_t msgid = 0, nrec = 0;
+  char lines[6 * 80];
+  p01abtn_(eb, &msgid, lines, &nrec, zeb::kErrbufLen, 80);
+  EXPECT_EQ(msgid, 77);
+  EXPECT_EQ(nrec, 5);
+  EXPECT_EQ(std::string(lines + 2 * 80, 4), "lda ");
+}
+
+}  // namespace
