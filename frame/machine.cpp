@@ -84,7 +84,7 @@ ZEB_API void a00aac(void) {
   char text[kIdLines * (kIdWidth + 1) + 1];
   size_t n = 0;
   for (int k = 1; k <= kIdLines; ++k) {
-    if (k > 9 && k < 26 && lines[k - 1][0] == '\0') continue;
+    if (k > 10 && k < 26 && lines[k - 1][0] == '\0') continue;
     n += size_t(std::snprintf(text + n, sizeof text - n, "%s\n", lines[k - 1]));
   }
   std::printf("%s", text);

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "layers.hpp"
+#include "zeb/frame.h"
 #include "units.hpp"
 
 namespace zeb {
@@ -24,13 +25,12 @@ ZEB_API void x04bazn_(ZebEnData*, const int64_t* unit, const char* rec, int64_t*
   zeb_f_write(*unit, len > 0 ? rec : " ", len > 0 ? n : 1, ierr);
 }
 
-typedef void (*zeb_rec_writer)(ZebEnData*, const int64_t*, const char*, int64_t*, int64_t);
-static inline void call_writer(zeb_rec_writer w, ZebEnData* en, const int64_t* unit,
+static inline void call_writer(Zeb_RecWriter w, ZebEnData* en, const int64_t* unit,
                                const char* rec, int64_t* ierr, int64_t len) {
   w(en, unit, rec, ierr, len);
 }
 #define X04BAF_REC_ARGS(A) A(in, int64_t, unit) A(carr, char, rec) A(out, int64_t, ierr) A(val, int64_t, len)
-ZEB_CALLBACK_SHIMS(x04baf, print_rech, "x04bafv:rec", zeb_rec_writer, X04BAF_REC_ARGS, call_writer)
+ZEB_CALLBACK_SHIMS(x04baf, print_rech, "x04bafv:rec", Zeb_RecWriter, X04BAF_REC_ARGS, call_writer)
 
 namespace zeb {
 
@@ -76,12 +76,10 @@ ZEB_API void x04abf_f(const int64_t* iflag, int64_t* nadv) {
 
 // x04baf: write one record on a unit.  The Fortran entry hands the thin
 // entry the internal shim and the record writer; a binding hands its own.
-typedef void (*zeb_rec_marshal)(zeb_rec_writer, ZebEnData*, const int64_t*, const char*,
-                                int64_t*, int64_t);
 #define X04BAF_ARGS(A) \
-  A(fun, zeb_rec_marshal, marshal) A(fun, zeb_rec_writer, writer) A(in, int64_t, nout) A(str, char, rec)
+  A(fun, Zeb_RecMarshal, marshal) A(fun, Zeb_RecWriter, writer) A(in, int64_t, nout) A(str, char, rec)
 ZEB_LAYERS_NOFAIL_EN(x04baf, X04BAF_ARGS)
-extern "C" void x04bafn_(ZebEnData* en, zeb_rec_marshal marshal, zeb_rec_writer writer,
+extern "C" void x04bafn_(ZebEnData* en, Zeb_RecMarshal marshal, Zeb_RecWriter writer,
                          const int64_t* nout, const char* rec, int64_t rec_len) {
   int64_t ierr = 0;
   x04baf_print_print_rech_(marshal, writer, en, nout, rec, &ierr, rec_len);

@@ -12,6 +12,6 @@ program s14aaf_example
   do i = 1, size(xs)
     ifail = -1
     y = s14aaf(xs(i), ifail)
-    write (*, '(1x, es11.3e2, 1x, es16.8e2, a, i0)') xs(i), y, '  ifail = ', ifail
+    write (*, '(1x, es11.3e2, 1x, es16.8e3, a, i0)') xs(i), y, '  ifail = ', ifail
   end do
 end program s14aaf_example

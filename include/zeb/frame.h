@@ -40,10 +40,38 @@ void x04baf_(const Integer *nout, const char *rec, size_t rec_len);
 /* C-side form: prints the record on standard output when nout >= 0. */
 void x04baf_f(const Integer *nout, const char *rec, Integer len);
 
+/* ---- Record writing for bindings of other languages ------------------ */
+
+/* The record writer: writes rec(1:len) as one record on a unit. */
+typedef void (*Zeb_RecWriter)(ZebEnData *en_data, const Integer *unit, const char *rec,
+                              Integer *ierr, Integer len);
+/* A marshalling writer: calls the writer, or sets en_data->callback_status
+   to -8888 to ask for a direct call. */
+typedef void (*Zeb_RecMarshal)(Zeb_RecWriter writer, ZebEnData *en_data, const Integer *unit,
+                               const char *rec, Integer *ierr, Integer len);
+void x04bazn_(ZebEnData *en_data, const Integer *unit, const char *rec, Integer *ierr,
+              Integer len);
+void x04baf_internal_print_rech_(Zeb_RecWriter writer, ZebEnData *en_data, const Integer *unit,
+                                 const char *rec, Integer *ierr, Integer len);
+int x04baf_marshal_print_rech_(Zeb_RecMarshal marshal, Zeb_RecWriter writer,
+                               ZebEnData *en_data, const Integer *unit, const char *rec,
+                               Integer *ierr, Integer len);
+int x04baf_print_print_rech_(Zeb_RecMarshal marshal, Zeb_RecWriter writer, ZebEnData *en_data,
+                             const Integer *unit, const char *rec, Integer *ierr, Integer len);
+/* The thin entry of x04baf, with the marshalling writer and writer to use. */
+void x04baft_(ZebEnData *en_data, Zeb_RecMarshal marshal, Zeb_RecWriter writer,
+              const Integer *nout, const char *rec, Integer rec_len);
+
 /* ---- Argument trace ------------------------------------------------- */
 
 /* flag 0: read the trace switch into *value; otherwise set it to *value. */
 void y90gczn_(const Integer *flag, Integer *value);
+
+/* Trace writers: the heading of a call mode (0 on entry, 1 on exit, 2 calling
+   back, 3 called back), the separator line, one line of text. */
+void y90gazn_(ZebEnData *en_data, const char *name, const Integer *mode, Integer name_len);
+void y90gbzn_(ZebEnData *en_data);
+void y90ahft_(ZebEnData *en_data, const char *text, const Integer *level, Integer len);
 
 /* Initialises an engine-data record. */
 void y90haan_(ZebEnData *en_data);

@@ -1,0 +1,82 @@
+// Gamma and log-gamma against glibc's tgamma and lgamma, and the cost of
+// the entry layers over the engine with tracing off.  Each benchmark sweeps
+// the same arguments; compare the times of one run (the ratios are printed
+// as counters of the library's benchmarks).
+#include <benchmark/benchmark.h>
+
+#include <cmath>
+#include <vector>
+
+#include "zeb.h"
+
+extern "C" void s14aafn_(const double* x, double* gx, char* errbuf, int64_t* ifail,
+                         int64_t errbuf_len);
+
+namespace {
+
+std::vector<double> sweep(double lo, double hi) {
+  std::vector<double> xs(4096);
+  for (size_t i = 0; i < xs.size(); ++i) {
+    double x = lo + (hi - lo) * (double(i) + 0.5) / double(xs.size());
+    if (x == std::trunc(x)) x += 1e-3;  // keep off the poles
+    xs[i] = x;
+  }
+  return xs;
+}
+
+const std::vector<double>& range(int k) {
+  static const std::vector<double> a = sweep(0.5, 10.0), b = sweep(-170.0, 170.0),
+                                   c = sweep(0.5, 1000.0);
+  return k == 0 ? a : k == 1 ? b : c;
+}
+
+template <class F>
+void run(benchmark::State& state, F f) {
+  const auto& xs = range(int(state.range(0)));
+  for (auto _ : state) {
+    double s = 0.0;
+    for (double x : xs) s += f(x);
+    benchmark::DoNotOptimize(s);
+  }
+  state.SetItemsProcessed(int64_t(state.iterations()) * int64_t(xs.size()));
+}
+
+void glibc_tgamma(benchmark::State& s) { run(s, [](double x) { return std::tgamma(x); }); }
+void zeb_s14aac(benchmark::State& s) {
+  ZebError fail;
+  ZEB_INIT_FAIL(fail);
+  run(s, [&](double x) { return s14aac(&fail, x); });
+}
+void zeb_s14aaf(benchmark::State& s) {
+  run(s, [](double x) {
+    int64_t ifail = 1;
+    return s14aaf_(&x, &ifail);
+  });
+}
+void zeb_s14aafn_engine(benchmark::State& s) {
+  run(s, [](double x) {
+    int64_t ifail = 1;
+    char errbuf[200];
+    double g;
+    s14aafn_(&x, &g, errbuf, &ifail, 200);
+    return g;
+  });
+}
+void glibc_lgamma(benchmark::State& s) { run(s, [](double x) { return std::lgamma(x); }); }
+void zeb_s14abc(benchmark::State& s) {
+  ZebError fail;
+  ZEB_INIT_FAIL(fail);
+  run(s, [&](double x) { return s14abc(&fail, x); });
+}
+
+}  // namespace
+
+// Argument 0: [0.5, 10]; 1: [-170, 170]; 2: [0.5, 1000] (log-gamma).
+BENCHMARK(glibc_tgamma)->Arg(0)->Arg(1);
+BENCHMARK(zeb_s14aac)->Arg(0)->Arg(1);
+BENCHMARK(zeb_s14aaf)->Arg(0)->Arg(1);
+BENCHMARK(zeb_s14aafn_engine)->Arg(0)->Arg(1);
+BENCHMARK(glibc_lgamma)->Arg(0)->Arg(2);
+BENCHMARK(zeb_s14abc)->Arg(0)->Arg(2);
+
+BENCHMARK_MAIN();

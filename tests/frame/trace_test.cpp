@@ -1,0 +1,200 @@
+// The argument trace, the record writer and its callback protocol, and the
+// machine constants.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <string>
+
+#include "common/testing.hpp"
+#include "frame/units.hpp"
+#include "zeb.h"
+
+namespace {
+
+struct TraceOn {
+  TraceOn() {
+    int64_t set = 1, on = 1;
+    y90gczn_(&set, &on);
+  }
+  ~TraceOn() {
+    int64_t set = 1, off = 0;
+    y90gczn_(&set, &off);
+  }
+};
+
+std::string sep() { return std::string(75, '-'); }
+
+TEST(Trace, OffByDefaultAndWritesNothing) {
+  int64_t get = 0, value = 5;
+  y90gczn_(&get, &value);
+  EXPECT_EQ(value, 0);
+  const std::string out = zebtest::capture_stdout([] {
+    double x = 2.5;
+    int64_t ifail = 1;
+    EXPECT_NEAR(s14aaf_(&x, &ifail), 1.3293403881791370, 1e-15);
+  });
+  EXPECT_EQ(out, "");
+}
+
+TEST(Trace, TracedEntryWritesEveryArgumentBeforeAndAfter) {
+  std::string out;
+  {
+    TraceOn on;
+    out = zebtest::capture_stdout([] {
+      double x = 3.0;
+      int64_t ifail = 1;
+      EXPECT_NEAR(s14aaf_(&x, &ifail), 2.0, 1e-15);
+    });
+  }
+  const std::string block_in = "\n" + sep() + "\ns14aafv\nOn entry:\n" +
+                               "en_data:    direct call = 1, callback status = 0\n" +
+                               "x:    3.0\ngx:    0.0\n";
+  ASSERT_EQ(out.rfind(block_in, 0), 0u) << out;
+  EXPECT_NE(out.find("errbuf:    '"), std::string::npos);
+  EXPECT_NE(out.find("ifail:    1\n" + sep() + "\n\n"), std::string::npos);
+  const size_t exit_at = out.find("On exit:\n");
+  ASSERT_NE(exit_at, std::string::npos);
+  EXPECT_NE(out.find("gx:    2.0", exit_at), std::string::npos) << out;
+  EXPECT_NE(out.find("ifail:    0", exit_at), std::string::npos) << out;
+}
+
+TEST(Trace, HeadingsOfEveryMode) {
+  ZebEnData en;
+  y90haan_(&en);
+  const auto heading = [&](int64_t mode) {
+    return zebtest::capture_stdout([&] { y90gazn_(&en, "d01ajfv:f", &mode, 9); });
+  };
+  EXPECT_EQ(heading(2), "\n" + sep() + "\nd01ajfv:f\nCalling back, leaving Engine:\n");
+  EXPECT_EQ(heading(3), "\n" + sep() + "\nd01ajfv:f\nCalled back, returning to Engine:\n");
+  EXPECT_EQ(heading(7),
+            "\n" + sep() + "\nd01ajfv:f\nUNEXPECTED CALL MODE\nUNEXPECTED CALL MODE:    7\n");
+}
+
+TEST(Trace, CallbackShimsAreTracedWithTheirArguments) {
+  TraceOn on;
+  const std::string out = zebtest::capture_stdout([] {
+    int64_t nout = 6;
+    x04baf_(&nout, "hello   ", 8);
+  });
+  EXPECT_NE(out.find("x04bafv:rec\nCalling back, leaving Engine:\n"), std::string::npos) << out;
+  EXPECT_NE(out.find("rec:    'hello'"), std::string::npos) << out;
+  EXPECT_NE(out.find("\nhello\n"), std::string::npos) << out;
+  EXPECT_NE(out.find("x04bafv:rec\nCalled back, returning to Engine:\n"), std::string::npos);
+}
+
+TEST(Records, TrailingBlanksBlankRecordsAndNegativeUnits) {
+  const auto rec = [](int64_t unit, const char* s, size_t n) {
+    return zebtest::capture_stdout([&] { x04baf_(&unit, s, n); });
+  };
+  EXPECT_EQ(rec(6, "abc   ", 6), "abc\n");
+  EXPECT_EQ(rec(6, "     ", 5), " \n");
+  EXPECT_EQ(rec(6, "", 0), " \n");
+  EXPECT_EQ(rec(-1, "abc", 3), "");
+  int64_t nout = 6;
+  EXPECT_EQ(zebtest::capture_stdout([&] { x04baf_f(&nout, "c side  ", 8); }), "c side\n");
+  nout = -3;
+  EXPECT_EQ(zebtest::capture_stdout([&] { x04baf_f(&nout, "c side", 6); }), "");
+}
+
+// A binding's marshalling writer that cannot call the writer itself: it
+// asks for a direct call, and the marshalling shim calls it again.
+int g_calls = 0;
+void binding_marshal(void (*writer)(ZebEnData*, const int64_t*, const char*, int64_t*, int64_t),
+                     ZebEnData* en, const int64_t* unit, const char* rec, int64_t* ierr,
+                     int64_t len) {
+  ++g_calls;
+  if (en->direct_call != 1) {
+    en->callback_status = -8888;
+    return;
+  }
+  writer(en, unit, rec, ierr, len);
+}
+
+TEST(Records, MarshallingShimRetriesADeferredCallOnce) {
+  ZebEnData en;
+  y90haan_(&en);
+  en.direct_call = 0;
+  int64_t unit = 6, ierr = 9;
+  int status = 1;
+  const std::string out = zebtest::capture_stdout([&] {
+    status = x04baf_marshal_print_rech_(binding_marshal, x04bazn_, &en, &unit, "rec", &ierr, 3);
+  });
+  EXPECT_EQ(out, "rec\n");
+  EXPECT_EQ(g_calls, 2);
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(ierr, 0);
+  EXPECT_EQ(en.direct_call, 0) << "the caller's flag is restored";
+  // The internal shim defers when a direct call is not allowed.
+  en.callback_status = 0;
+  x04baf_internal_print_rech_(x04bazn_, &en, &unit, "x", &ierr, 1);
+  EXPECT_EQ(en.callback_status, -8888);
+}
+
+TEST(Units, GetAndSetOfTheAdvisoryUnits) {
+  int64_t get = 0, set = 1, v = 0, other = 3;
+  x04abf_(&get, &v);
+  EXPECT_EQ(v, 6);
+  x04abf_(&other, &v);  // any other iflag: no effect
+  v = 11;
+  x04abf_(&set, &v);
+  v = 0;
+  x04abf_(&get, &v);
+  EXPECT_EQ(v, 11);
+  v = 6;
+  x04abf_(&set, &v);
+  x04aaf_f(&set, &v);
+  v = 0;
+  x04aaf_f(&get, &v);
+  EXPECT_EQ(v, 6) << "the C side's error unit is always standard output";
+}
+
+uint64_t bits(double d) {
+  uint64_t u;
+  std::memcpy(&u, &d, sizeof u);
+  return u;
+}
+
+TEST(MachineConstants, BitPatternsAndTheirMeaning) {
+  EXPECT_EQ(bits(x02ajc()), 0x3CA0000000000000u);
+  EXPECT_EQ(bits(x02akc()), 0x0010000000000000u);
+  EXPECT_EQ(bits(x02alc()), 0x7FEFFFFFFFFFFFFFu);
+  EXPECT_EQ(bits(x02amc()), 0x0010000000000001u);
+  EXPECT_EQ(bits(x02anc()), 0x0010000000000001u);
+  EXPECT_EQ(bits(x02ahc()), 0x4950000000000000u);
+  EXPECT_EQ(x02bbc(), INT64_MAX);
+  EXPECT_EQ(x02bec(), 15);
+  EXPECT_EQ(x02bhc(), 2);
+  EXPECT_EQ(x02bjc(), 53);
+  EXPECT_EQ(x02bkc(), -1021);
+  EXPECT_EQ(x02blc(), 1024);
+  volatile double eps = x02ajf_();
+  EXPECT_EQ(eps + 1.0, 1.0);
+  EXPECT_NE(2.0 * eps + 1.0, 1.0);
+  EXPECT_TRUE(std::isfinite(1.0 / x02amf_()));
+  // The Fortran forms agree with the C forms.
+  EXPECT_EQ(x02akf_(), x02akc());
+  EXPECT_EQ(x02alf_(), x02alc());
+  EXPECT_EQ(x02ahf_(), x02ahc());
+  EXPECT_EQ(x02anf_(), x02anc());
+  EXPECT_EQ(x02bbf_(), x02bbc());
+  EXPECT_EQ(x02bef_(), x02bec());
+  EXPECT_EQ(x02bhf_(), x02bhc());
+  EXPECT_EQ(x02bjf_(), x02bjc());
+  EXPECT_EQ(x02bkf_(), x02bkc());
+  EXPECT_EQ(x02blf_(), x02blc());
+}
+
+TEST(Identification, BothFormsDescribeA64BitLibraryWith64BitIntegers) {
+  const std::string c = zebtest::capture_stdout([] { a00aac(); });
+  EXPECT_NE(c.find("           Type sizes: sizeof(Pointer) = 8, sizeof(Integer) = 8\n\n"
+                   "  This is a 64-bit library using 64-bit integers.\n"),
+            std::string::npos)
+      << c;
+  const std::string f = zebtest::capture_stdout([] { a00aaf_(); });
+  EXPECT_EQ(f.rfind(" *** Start of ZEB implementation details ***\n", 0), 0u) << f;
+  EXPECT_NE(f.find("This is a 64-bit library using 64-bit integers."), std::string::npos);
+  EXPECT_NE(f.find(" *** End of ZEB implementation details ***\n"), std::string::npos);
+}
+
+}  // namespace
