@@ -58,7 +58,7 @@ void describe(char (*lines)[kIdWidth + 1]) {
   put(3, " Implementation title: ZEB numerical routine library, Linux x86-64");
   put(4, "            Precision: IEEE 754 double (binary64)");
   put(5, "              Release: %s", ZEB_VERSION);
-  put(6, "         Compilers: GNU C++ and GNU Fortran %d.%d", __GNUC__, __GNUC_MINOR__);
+  put(6, "            Compilers: GNU C++ and GNU Fortran %d.%d", __GNUC__, __GNUC_MINOR__);
   put(7, "           Type sizes: sizeof(Pointer) = %d, sizeof(Integer) = %d", int(sizeof(void*)),
       int(sizeof(int64_t)));
   put(9, "  This is a %d-bit library using %d-bit integers.", int(8 * sizeof(void*)),

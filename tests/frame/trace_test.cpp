@@ -24,6 +24,7 @@ struct TraceOn {
 };
 
 std::string sep() { return std::string(75, '-'); }
+// An empty line of the trace is a record of one blank.
 
 TEST(Trace, OffByDefaultAndWritesNothing) {
   int64_t get = 0, value = 5;
@@ -47,12 +48,12 @@ TEST(Trace, TracedEntryWritesEveryArgumentBeforeAndAfter) {
       EXPECT_NEAR(s14aaf_(&x, &ifail), 2.0, 1e-15);
     });
   }
-  const std::string block_in = "\n" + sep() + "\ns14aafv\nOn entry:\n" +
+  const std::string block_in = " \n" + sep() + "\ns14aafv\nOn entry:\n" +
                                "en_data:    direct call = 1, callback status = 0\n" +
                                "x:    3.0\ngx:    0.0\n";
   ASSERT_EQ(out.rfind(block_in, 0), 0u) << out;
   EXPECT_NE(out.find("errbuf:    '"), std::string::npos);
-  EXPECT_NE(out.find("ifail:    1\n" + sep() + "\n\n"), std::string::npos);
+  EXPECT_NE(out.find("ifail:    1\n" + sep() + "\n \n"), std::string::npos);
   const size_t exit_at = out.find("On exit:\n");
   ASSERT_NE(exit_at, std::string::npos);
   EXPECT_NE(out.find("gx:    2.0", exit_at), std::string::npos) << out;
@@ -65,10 +66,10 @@ TEST(Trace, HeadingsOfEveryMode) {
   const auto heading = [&](int64_t mode) {
     return zebtest::capture_stdout([&] { y90gazn_(&en, "d01ajfv:f", &mode, 9); });
   };
-  EXPECT_EQ(heading(2), "\n" + sep() + "\nd01ajfv:f\nCalling back, leaving Engine:\n");
-  EXPECT_EQ(heading(3), "\n" + sep() + "\nd01ajfv:f\nCalled back, returning to Engine:\n");
+  EXPECT_EQ(heading(2), " \n" + sep() + "\nd01ajfv:f\nCalling back, leaving Engine:\n");
+  EXPECT_EQ(heading(3), " \n" + sep() + "\nd01ajfv:f\nCalled back, returning to Engine:\n");
   EXPECT_EQ(heading(7),
-            "\n" + sep() + "\nd01ajfv:f\nUNEXPECTED CALL MODE\nUNEXPECTED CALL MODE:    7\n");
+            " \n" + sep() + "\nd01ajfv:f\nUNEXPECTED CALL MODE\nUNEXPECTED CALL MODE:    7\n");
 }
 
 TEST(Trace, CallbackShimsAreTracedWithTheirArguments) {
