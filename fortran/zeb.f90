@@ -6,5 +6,6 @@ module zeb
   interface
     include 'frame.fi'
     include 'special.fi'
+    include 'sort.fi'
   end interface
 end module zeb

@@ -37,6 +37,7 @@ Text text(double v);        // shortest text that reads back as v
 Text text(int64_t v);
 Text text(const char* s);   // at most 25 characters of s
 Text text(char c);          // one character
+Text textf(const char* fmt, double v);  // v with a printf conversion
 inline Text text(int v) { return text(int64_t{v}); }
 inline Text text(long long v) { return text(int64_t{v}); }
 
@@ -109,6 +110,21 @@ void c_fail(ZebError* fail, const char* routine, int code, ...);
 void c_fail_text(ZebError* fail, const char* routine, int code, const char* text,
                  const Text* vals, int nvals, const char* cname = nullptr);
 
+// The engine-data record of the innermost entry running on this thread, so
+// that a user function can reach it (p01stf, the user-stop request of the
+// Fortran interface).  Every entry sets it for the duration of its call.
+extern thread_local ZebEnData* g_current_en __attribute__((tls_model("initial-exec")));
+class CurrentEn {
+ public:
+  explicit CurrentEn(ZebEnData* en) : saved_(g_current_en) { g_current_en = en; }
+  ~CurrentEn() { g_current_en = saved_; }
+  CurrentEn(const CurrentEn&) = delete;
+  CurrentEn& operator=(const CurrentEn&) = delete;
+
+ private:
+  ZebEnData* saved_;
+};
+
 // The tail of every Fortran entry: renders the failure's lines and applies
 // the ifail protocol.
 void finish_fortran(const char* name, Messages msgs, int64_t* ifail, int64_t ierr,
@@ -129,6 +145,7 @@ template <class Call>
 inline void fortran_entry(const char* name, Messages msgs, int64_t* ifail, Call&& call) {
   ZebEnData en;
   y90haan_(&en);
+  CurrentEn current(&en);
   char errbuf[kErrbufLen + 1];
   errbuf[0] = ' ';
   errbuf[kErrbufLen] = '\0';
@@ -146,6 +163,7 @@ inline void c_entry(ZebError* fail, const char* name, Messages msgs, Call&& call
   clear_fail(fail);
   ZebEnData en;
   y90haan_(&en);
+  CurrentEn current(&en);
   char errbuf[kErrbufLen + 1];
   errbuf[0] = ' ';
   errbuf[kErrbufLen] = '\0';

@@ -73,7 +73,7 @@
 #define ZEB_FP(kind, T, n) ZEB_FP_##kind(T, n)
 
 // Hidden lengths of character arguments, appended after all others.
-#define ZEB_HID_chr(T, n) , size_t n##_len
+#define ZEB_HID_chr(T, n) , [[maybe_unused]] size_t n##_len
 #define ZEB_HID_in(T, n)
 #define ZEB_HID_out(T, n)
 #define ZEB_HID_inout(T, n)
@@ -238,10 +238,30 @@
     int s = prefix##_marshal_##role##_(m, f, en_data ARGS(ZEB_FWD));                      \
     zeb::trace::block(en_data, tname, 3, zeb_targs + 1, zeb_nt);                          \
     return s;                                                                             \
+  }                                                                                       \
+  /* What an engine calls: the traced shim, or, when that would only come */             \
+  /* down to the internal shim calling the user function directly (trace */              \
+  /* off, direct calls allowed), the same call inlined. */                                \
+  [[maybe_unused]] static inline int prefix##_call_##role(                                \
+      void (*m)(Fn, ZebEnData* ARGS(ZEB_T)), Fn f, ZebEnData* en_data ARGS(ZEB_P)) {      \
+    if (__builtin_expect(m == prefix##_internal_##role##_ && en_data->direct_call == 1 &&  \
+                             !zeb::trace::on(), 1)) {                                     \
+      ADAPT(f, en_data ARGS(ZEB_FWD));                                                    \
+      return zeb::cb_status(en_data);                                                     \
+    }                                                                                     \
+    return prefix##_print_##role##_(m, f, en_data ARGS(ZEB_FWD));                         \
   }
 
 namespace zeb {
 constexpr int32_t kCallAgain = -8888;  // a user function could not be called directly
+constexpr int kUserStopStatus = 1;     // a user function asked the routine to stop
+
+// The status a callback shim hands back to the engine: nonzero when the
+// engine must stop (the user asked for it through en_data->user_stop, or a
+// binding's marshalling function left a status of its own).
+inline int cb_status(const ZebEnData* en) {
+  return en->user_stop != 0 ? kUserStopStatus : en->callback_status;
+}
 
 template <class Call>
 inline void cb_internal(ZebEnData* en, Call&& call_user) {
@@ -261,7 +281,31 @@ inline int cb_marshal(ZebEnData* en, Call&& call_marshal) {
     call_marshal();
   }
   en->direct_call = saved;
-  return en->callback_status;
+  return cb_status(en);
+}
+
+// A user's real function of one real.  The Fortran interface passes
+// real(kind=8) function f(x); a C entry passes double f(double x,
+// Zeb_Comm *comm) in en_data->host_function with its comm in host_handle1
+// (set_c_function) and the shims call it in that form.  A C function that
+// sets comm->flag negative asks the routine to stop.
+typedef double (*RealFn1)(const double* x);
+typedef double (*RealFnC)(double x, Zeb_Comm* comm);
+
+inline void set_c_function(ZebEnData* en, RealFnC f, Zeb_Comm* comm) {
+  comm->flag = 0;
+  en->host_function = reinterpret_cast<void (*)(void)>(f);
+  en->host_handle1 = comm;
+}
+
+inline void call_real1(RealFn1 f, ZebEnData* en, const double* x, double* value) {
+  if (__builtin_expect(en->host_function == nullptr, 1)) {
+    *value = f(x);
+    return;
+  }
+  Zeb_Comm* comm = static_cast<Zeb_Comm*>(en->host_handle1);
+  *value = reinterpret_cast<RealFnC>(en->host_function)(*x, comm);
+  if (comm->flag < 0) en->user_stop = comm->flag;
 }
 }  // namespace zeb
 

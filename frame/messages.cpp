@@ -55,6 +55,12 @@ Text text(const char* s) {
   return t;
 }
 
+Text textf(const char* fmt, double v) {
+  Text t{};
+  std::snprintf(t.s, 26, fmt, v);
+  return t;
+}
+
 Text text(char c) {
   Text t{};
   t.s[0] = c;

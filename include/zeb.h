@@ -8,5 +8,6 @@
 #include "zeb/frame.h"
 #include "zeb/machine.h"
 #include "zeb/special.h"
+#include "zeb/sort.h"
 
 #endif

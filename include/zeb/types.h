@@ -54,7 +54,10 @@ typedef struct {
 
 /* The engine-data record that every entry creates on its stack and passes
    first to the thin, traced and callback layers.  Bindings of other host
-   languages use the handles to reach their own context. */
+   languages use the handles to reach their own context.  The C entries are
+   one such host: a C user function travels in host_function with its
+   Zeb_Comm in host_handle1, and the library's callback shims call it in
+   that form. */
 typedef struct {
   void *host_handle1;
   int32_t callback_status;  /* -8888: a user function could not be called directly */
@@ -68,8 +71,25 @@ typedef struct {
   void (*host_function)(void);
   int32_t flag;
   int32_t word3;
-  int64_t word4;
+  int64_t user_stop;        /* nonzero: a user function asked the routine to stop */
 } ZebEnData;
+
+/* Error-control kinds of the zero finders: tolerance tolx*max(|x|, 1),
+   tolx alone, or tolx*|x|. */
+typedef enum { Zeb_Mixed = 151, Zeb_Absolute = 152, Zeb_Relative = 153 } Zeb_ErrorControl;
+
+/* The communication structure passed to every user function of a C entry.
+   The library never reads iuser, ruser or user: they carry the caller's data
+   into the user function.  A user function that sets flag to a negative
+   value asks the routine to stop; the routine then returns at once with
+   NE_USER_STOP and errnum -1.  C entries set flag to 0 before their first
+   call of a user function. */
+typedef struct {
+  Integer flag;
+  Integer *iuser;
+  double *ruser;
+  void *user;
+} Zeb_Comm;
 
 #ifdef __cplusplus
 }
