@@ -103,5 +103,7 @@ ZEB_API void p01acc_c(const char* message, int code, const char* name, ZebError*
   } else {
     fail->code = code;
   }
-  std::snprintf(fail->message, sizeof fail->message, "%s", message);
+  const size_t n = strnlen(message, sizeof fail->message - 1);
+  std::memcpy(fail->message, message, n);
+  fail->message[n] = '\0';
 }
