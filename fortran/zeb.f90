@@ -7,5 +7,6 @@ module zeb
     include 'frame.fi'
     include 'special.fi'
     include 'sort.fi'
+    include 'linalg.fi'
   end interface
 end module zeb

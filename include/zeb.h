@@ -9,5 +9,6 @@
 #include "zeb/machine.h"
 #include "zeb/special.h"
 #include "zeb/sort.h"
+#include "zeb/linalg.h"
 
 #endif

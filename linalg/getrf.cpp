@@ -1,0 +1,176 @@
+// f07ad: LU factorisation with partial pivoting, A = P L U (LAPACK dgetrf),
+// with its kernels: the unblocked panel f07adzn (dgetf2) and the row
+// interchanges f07adyn (dlaswp).
+#include <algorithm>
+#include <cmath>
+
+#include "frame/layers.hpp"
+#include "frame/machine.hpp"
+#include "linalg/blas.hpp"
+#include "linalg/lapack.hpp"
+#include "linalg/lapack_c.hpp"
+
+using zeb::blas::I;
+
+// Row interchanges: for k = k1 .. k2 (in reverse order when incx < 0), row
+// k of the n columns of A is swapped with row ipiv(k).  Columns are taken
+// in groups of 32 so that each group stays in cache.
+ZEB_API void f07adyn_(const I* n, double* a, const I* lda, const I* k1, const I* k2,
+                      const I* ipiv, const I* incx) {
+  const I inc = *incx, ld = *lda;
+  if (inc == 0 || *n <= 0) return;
+  const I first = inc > 0 ? *k1 : *k2, last = inc > 0 ? *k2 : *k1, step = inc > 0 ? 1 : -1;
+  const I* p = inc > 0 ? ipiv + (*k1 - 1) * inc : ipiv + (1 - *k2) * inc;
+  constexpr I kGroup = 32;
+  for (I j0 = 0; j0 < *n; j0 += kGroup) {
+    const I j1 = std::min(*n, j0 + kGroup);
+    const I* q = p;
+    for (I i = first; i != last + step; i += step, q += inc) {
+      const I r = *q;
+      if (r == i) continue;
+      double* x = a + (i - 1) + j0 * ld;
+      double* y = a + (r - 1) + j0 * ld;
+      for (I j = j0; j < j1; ++j, x += ld, y += ld) std::swap(*x, *y);
+    }
+  }
+}
+
+namespace {
+
+// The column-by-column factorisation of an m by n panel (arguments valid).
+void getf2(I m, I n, double* a, I lda, I* ipiv, I* info) {
+  const double sfmin = zeb::machine::kSafe;
+  const I k = std::min(m, n);
+  for (I j = 0; j < k; ++j) {
+    double* ajj = a + j + j * lda;
+    const I p = j + zeb::blas::idamax(m - j, ajj, 1) - 1;
+    ipiv[j] = p + 1;
+    if (a[p + j * lda] != 0.0) {
+      if (p != j) zeb::blas::dswap(n, a + j, lda, a + p, lda);
+      if (j + 1 < m) {
+        if (std::fabs(*ajj) >= sfmin) {
+          zeb::blas::dscal(m - j - 1, 1.0 / *ajj, ajj + 1, 1);
+        } else {
+          for (I i = 1; i < m - j; ++i) ajj[i] /= *ajj;
+        }
+      }
+    } else if (*info == 0) {
+      *info = j + 1;
+    }
+    if (j + 1 < k)
+      zeb::blas::dger(m - j - 1, n - j - 1, -1.0, ajj + 1, 1, ajj + lda, lda, ajj + lda + 1, lda);
+  }
+}
+
+// Panels of more than kLeaf columns are split in two: the left half is
+// factored, the right half updated with level-3 operations and factored
+// in turn; the same pivots and factors as the column-by-column order.
+constexpr I kLeaf = 16;
+
+void panel(I m, I n, double* a, I lda, I* ipiv, I* info) {
+  const I k = std::min(m, n);
+  if (k <= kLeaf) return getf2(m, n, a, lda, ipiv, info);
+  const I n1 = k / 2, n2 = n - n1;
+  I sub = 0;
+  panel(m, n1, a, lda, ipiv, &sub);
+  if (*info == 0 && sub > 0) *info = sub;
+  double* a12 = a + n1 * lda;
+  const I one = 1, inc = 1;
+  f07adyn_(&n2, a12, &lda, &one, &n1, ipiv, &inc);
+  zeb::blas::dtrsm('L', 'L', 'N', 'U', n1, n2, 1.0, a, lda, a12, lda);
+  zeb::blas::dgemm('N', 'N', m - n1, n2, n1, -1.0, a + n1, lda, a12, lda, 1.0, a12 + n1, lda);
+  sub = 0;
+  panel(m - n1, n2, a12 + n1, lda, ipiv + n1, &sub);
+  if (*info == 0 && sub > 0) *info = sub + n1;
+  for (I i = n1; i < k; ++i) ipiv[i] += n1;
+  const I from = n1 + 1;
+  f07adyn_(&n1, a, &lda, &from, &k, ipiv, &inc);
+}
+
+constexpr char kGetf2Name[] = "F07ADZ/DGETF2";
+constexpr char kGetrfName[] = "F07ADF/DGETRF";
+
+}  // namespace
+
+namespace zeb::lapack {
+I getrf_check(I m, I n, I lda) {
+  if (m < 0) return -1;
+  if (n < 0) return -2;
+  if (lda < std::max<I>(1, m)) return -4;
+  return 0;
+}
+}  // namespace zeb::lapack
+
+// The unblocked factorisation (the panel of the blocked one).
+ZEB_API void f07adzn_(ZebEnData* en, const I* m, const I* n, double* a, const I* lda, I* ipiv,
+                      I* info) {
+  *info = zeb::lapack::getrf_check(*m, *n, *lda);
+  if (*info != 0) return zeb::lapack::xerbla(en, kGetf2Name, *info);
+  if (*m == 0 || *n == 0) return;
+  if (!zeb::blas::ready(en)) {
+    *info = zeb::blas::kNoBlas;
+    return;
+  }
+  getf2(*m, *n, a, *lda, ipiv, info);
+}
+
+#define F07AD_ARGS(A) \
+  A(in, I, m) A(in, I, n) A(arr, double, a) A(in, I, lda) A(arr, I, ipiv) A(out, I, info)
+ZEB_LAYERS_INFO(f07adf, F07AD_ARGS, info)
+ZEB_FORTRAN_SUBROUTINE_NOFAIL(f07adf, F07AD_ARGS)
+
+extern "C" void f07adfn_(ZebEnData* en, const I* mp, const I* np, double* a, const I* ldap,
+                         I* ipiv, I* info) {
+  const I m = *mp, n = *np, lda = *ldap;
+  *info = zeb::lapack::getrf_check(m, n, lda);
+  if (*info != 0) return zeb::lapack::xerbla(en, kGetrfName, *info);
+  if (m == 0 || n == 0) return;
+  if (!zeb::blas::ready(en)) {
+    *info = zeb::blas::kNoBlas;
+    return;
+  }
+  const I k = std::min(m, n);
+  const I nb = f07zazn_("F07ADFN", mp, np, 7);
+  if (nb <= 1 || nb >= k) return panel(m, n, a, lda, ipiv, info);
+  const I inc = 1;
+  for (I j = 0; j < k; j += nb) {
+    const I jb = std::min(k - j, nb);
+    double* ajj = a + j + j * lda;
+    I sub = 0;
+    panel(m - j, jb, ajj, lda, ipiv + j, &sub);
+    if (*info == 0 && sub > 0) *info = sub + j;
+    for (I i = j; i < std::min(m, j + jb); ++i) ipiv[i] += j;
+    const I k1 = j + 1, k2 = j + jb;
+    f07adyn_(&j, a, &lda, &k1, &k2, ipiv, &inc);
+    if (j + jb < n) {
+      const I nr = n - j - jb;
+      double* a12 = ajj + jb * lda;
+      f07adyn_(&nr, a + (j + jb) * lda, &lda, &k1, &k2, ipiv, &inc);
+      zeb::blas::dtrsm('L', 'L', 'N', 'U', jb, nr, 1.0, ajj, lda, a12, lda);
+      if (j + jb < m)
+        zeb::blas::dgemm('N', 'N', m - j - jb, nr, jb, -1.0, ajj + jb, lda, a12, lda, 1.0,
+                         a12 + jb, lda);
+    }
+  }
+}
+
+ZEB_API void f07adc(Zeb_OrderType order, I m, I n, double a[], I pda, I ipiv[], ZebError* fail) {
+  using zeb::lapack::Scalar;
+  const Scalar scalars[] = {{1, "m", m, "m >= 0"}, {2, "n", n, "n >= 0"}};
+  const zeb::lapack::Matrix mats[] = {{{"a", a, m, n, pda, "pda", "m", "n", true}, 4}};
+  zeb::lapack::c_entry(
+      fail, "f07adc", order, {{"a", a}, {"ipiv", ipiv}}, scalars, mats,
+      [&](const I* ld) { return zeb::lapack::getrf_check(m, n, ld[0]); },
+      [&](double* const* p, const I* ld, ZebEnData* en, I* info) {
+        f07adft_(en, &m, &n, p[0], &ld[0], ipiv, info);
+      },
+      [&](I info) {
+        const zeb::Text v[] = {zeb::text(info)};
+        zeb::c_fail_text(fail, "f07adc", NE_SINGULAR,
+                         "Element %s of the diagonal is exactly zero.\n"
+                         "The factorization has been completed, but the factor U\n"
+                         "is exactly singular, and division by zero will occur if it is used to solve\n"
+                         "a system of equations.",
+                         v, 1);
+      });
+}

@@ -1,0 +1,253 @@
+// f07ad (LU): agreement with reference LAPACK's dgetrf, the argument errors
+// of both entries, the storage orders of the C entry, and what a user sees
+// when the BLAS cannot be used.
+#include <cstdlib>
+#include <cstring>
+#include <unistd.h>
+
+#include "tests/linalg/reference.hpp"
+
+using ref::I;
+using ref::Mat;
+
+namespace {
+
+struct Lu {
+  Mat a;
+  std::vector<I> ipiv;
+  I info = 0;
+};
+
+Lu ours(Mat a) {
+  Lu r{a, std::vector<I>(size_t(std::max<I>(1, std::min(a.m, a.n))), 0), 0};
+  const I lda = std::max<I>(1, a.m);
+  f07adf_(&a.m, &a.n, r.a.data(), &lda, r.ipiv.data(), &r.info);
+  return r;
+}
+
+Lu reference(Mat a) {
+  static const auto getrf = ref::sym<ref::getrf_t>("dgetrf_");
+  Lu r{a, std::vector<I>(size_t(std::max<I>(1, std::min(a.m, a.n))), 0), 0};
+  const I lda = std::max<I>(1, a.m);
+  getrf(&a.m, &a.n, r.a.data(), &lda, r.ipiv.data(), &r.info);
+  return r;
+}
+
+void expect_agreement(const Mat& a, double tol) {
+  const Lu x = ours(a), y = reference(a);
+  EXPECT_EQ(x.info, y.info);
+  EXPECT_EQ(x.ipiv, y.ipiv);
+  EXPECT_LE(ref::rel_diff(x.a, y.a), tol) << a.m << " by " << a.n;
+}
+
+}  // namespace
+
+TEST(F07ad, AgreesWithReferenceLapack) {
+  ASSERT_NE(ref::handle(), nullptr) << dlerror();
+  expect_agreement(ref::random(300, 300, 1), 1e-13);
+  expect_agreement(ref::random(1100, 1100, 2), 3e-13);  // several blocks: n eps
+  expect_agreement(ref::ill_conditioned(400, 400, 3), 1e-13);
+  expect_agreement(ref::random(700, 260, 4), 1e-13);   // m > n
+  expect_agreement(ref::random(260, 700, 5), 1e-13);   // m < n
+  expect_agreement(ref::random(1, 40, 6), 0.0);
+  expect_agreement(ref::random(40, 1, 7), 0.0);
+}
+
+TEST(F07ad, ZeroPivotIsReportedAndTheFactorisationCompleted) {
+  // Column 37 of a 300 by 300 matrix is zero: U(37, 37) is exactly zero;
+  // the columns after it are still factored.
+  Mat a = ref::random(300, 300, 8);
+  for (I i = 0; i < a.m; ++i) a(i, 36) = 0.0;
+  const Lu x = ours(a), y = reference(a);
+  EXPECT_EQ(x.info, 37);
+  EXPECT_EQ(x.ipiv, y.ipiv);
+  EXPECT_LE(ref::rel_diff(x.a, y.a), 1e-13);
+  // Rank 2: the first zero pivot is the third.
+  Mat b(150, 150);
+  const Mat u = ref::random(150, 2, 9), v = ref::random(2, 150, 10);
+  b = ref::multiply(u, v);
+  for (I i = 0; i < b.m; ++i) b(i, 2) = 0.0;
+  const Lu p = ours(b), q = reference(b);
+  EXPECT_EQ(p.info, q.info);
+  EXPECT_GT(p.info, 0);
+  // A zero matrix: every pivot is zero, the first is reported.
+  const Lu z = ours(Mat(200, 180));
+  EXPECT_EQ(z.info, 1);
+  for (I k = 0; k < 180; ++k) EXPECT_EQ(z.ipiv[size_t(k)], k + 1);
+}
+
+TEST(F07ad, ArgumentErrorsAreReportedByPositionAndTouchNothing) {
+  std::vector<double> a(16, 7.0);
+  std::vector<I> ipiv(4, -5);
+  struct Case {
+    I m, n, lda, info;
+    const char* line;
+  } cases[] = {
+      {-1, 4, 4, -1, " ** On entry to F07ADF/DGETRF parameter number  1 had an illegal value\n"},
+      {4, -3, 4, -2, " ** On entry to F07ADF/DGETRF parameter number  2 had an illegal value\n"},
+      {4, 4, 3, -4, " ** On entry to F07ADF/DGETRF parameter number  4 had an illegal value\n"},
+      {0, 4, 0, -4, " ** On entry to F07ADF/DGETRF parameter number  4 had an illegal value\n"},
+  };
+  for (const Case& c : cases) {
+    I info = 99;
+    const std::string out = zebtest::capture_stdout([&] {
+      f07adf_(&c.m, &c.n, a.data(), &c.lda, ipiv.data(), &info);
+    });
+    EXPECT_EQ(info, c.info);
+    EXPECT_EQ(out, c.line);
+  }
+  EXPECT_EQ(a, std::vector<double>(16, 7.0));
+  EXPECT_EQ(ipiv, std::vector<I>(4, -5));
+  // Empty matrices: success, nothing touched.
+  for (I m : {I{0}, I{3}}) {
+    const I n = m == 0 ? 3 : 0, lda = 3;
+    I info = 99;
+    f07adf_(&m, &n, a.data(), &lda, ipiv.data(), &info);
+    EXPECT_EQ(info, 0);
+  }
+  EXPECT_EQ(a, std::vector<double>(16, 7.0));
+  EXPECT_EQ(ipiv, std::vector<I>(4, -5));
+}
+
+TEST(F07ad, RowAndColumnMajorGiveTheSameFactorisation) {
+  for (auto [m, n] : {std::pair<I, I>{90, 60}, {60, 90}, {200, 200}}) {
+    const Mat a = ref::random(m, n, unsigned(m + n));
+    Mat col = a;
+    Mat row = ref::transpose(a);  // A stored by rows, pda = n
+    std::vector<I> p1(size_t(std::min(m, n))), p2(p1.size());
+    ZebError f1, f2;
+    ZEB_INIT_FAIL(f1);
+    ZEB_INIT_FAIL(f2);
+    f07adc(Zeb_ColMajor, m, n, col.data(), m, p1.data(), &f1);
+    f07adc(Zeb_RowMajor, m, n, row.data(), n, p2.data(), &f2);
+    EXPECT_EQ(f1.code, NE_NOERROR);
+    EXPECT_EQ(f2.code, NE_NOERROR);
+    EXPECT_EQ(p1, p2);
+    EXPECT_EQ(ref::transpose(row).v, col.v);
+    EXPECT_EQ(p1, reference(a).ipiv);
+  }
+  // A wider row-major leading dimension leaves the padding alone.
+  const Mat a = ref::random(5, 4, 11);
+  std::vector<double> row(5 * 6, -1.0);
+  for (I i = 0; i < 5; ++i)
+    for (I j = 0; j < 4; ++j) row[size_t(i * 6 + j)] = a(i, j);
+  std::vector<I> p(4);
+  ZebError f;
+  ZEB_INIT_FAIL(f);
+  f07adc(Zeb_RowMajor, 5, 4, row.data(), 6, p.data(), &f);
+  EXPECT_EQ(f.code, NE_NOERROR);
+  for (I i = 0; i < 5; ++i) EXPECT_EQ(row[size_t(i * 6 + 4)], -1.0);
+  const Lu x = ours(a);
+  for (I i = 0; i < 5; ++i)
+    for (I j = 0; j < 4; ++j) EXPECT_EQ(row[size_t(i * 6 + j)], x.a(i, j));
+}
+
+TEST(F07ad, CEntryMessages) {
+  double a[16] = {0};
+  I ipiv[4];
+  ZebError f;
+  ZEB_INIT_FAIL(f);
+  auto msg = [&](Zeb_OrderType o, I m, I n, double* pa, I pda, I* pi) {
+    f07adc(o, m, n, pa, pda, pi, &f);
+    return std::string(f.message);
+  };
+  EXPECT_EQ(msg(Zeb_ColMajor, 4, 4, nullptr, 4, nullptr),
+            "NE_BAD_PARAM:\n  On entry, parameter a had an illegal value.");
+  EXPECT_EQ(f.code, NE_BAD_PARAM);
+  EXPECT_EQ(msg(Zeb_ColMajor, -1, 4, a, 0, nullptr),
+            "NE_BAD_PARAM:\n  On entry, parameter ipiv had an illegal value.");
+  EXPECT_EQ(msg(Zeb_RowMajor, -1, 4, a, 0, ipiv),
+            "NE_INT:\n  On entry, m = -1.\n  Constraint: m >= 0.");
+  EXPECT_EQ(f.code, NE_INT);
+  EXPECT_EQ(msg(Zeb_ColMajor, 4, -2, a, 0, ipiv),
+            "NE_INT:\n  On entry, n = -2.\n  Constraint: n >= 0.");
+  EXPECT_EQ(msg(Zeb_RowMajor, 4, 4, a, 0, ipiv),
+            "NE_INT:\n  On entry, pda = 0.\n  Constraint: pda > 0.");
+  EXPECT_EQ(msg(Zeb_RowMajor, 2, 4, a, 3, ipiv),
+            "NE_INT_2:\n  On entry, n = 4, pda = 3.\n  Constraint: pda >= MAX(1, n).");
+  EXPECT_EQ(f.code, NE_INT_2);
+  EXPECT_EQ(msg(Zeb_ColMajor, 4, 2, a, 3, ipiv),
+            "NE_INT_2:\n  On entry, pda = 3, m = 4.\n  Constraint: pda >= MAX(1, m).");
+  EXPECT_EQ(f.errnum, -4);
+  EXPECT_EQ(msg(Zeb_OrderType(0), 4, 4, a, 4, ipiv),
+            "NE_BAD_PARAM:\n  On entry, parameter order had an illegal value.");
+  // A singular matrix: the factorisation is complete and reported.
+  for (int i = 0; i < 16; ++i) a[i] = i < 8 ? i + 1.0 : 0.0;
+  EXPECT_EQ(msg(Zeb_ColMajor, 4, 4, a, 4, ipiv),
+            "NE_SINGULAR:\n  Element 3 of the diagonal is exactly zero.\n"
+            "  The factorization has been completed, but the factor U\n"
+            "  is exactly singular, and division by zero will occur if it is used to solve\n"
+            "  a system of equations.");
+  EXPECT_EQ(f.code, NE_SINGULAR);
+  EXPECT_EQ(f.errnum, 3);
+  EXPECT_EQ(ipiv[3], 4);
+  // Success clears the structure; empty matrices touch nothing.
+  a[0] = 5.0;
+  EXPECT_EQ(msg(Zeb_RowMajor, 0, 3, a, 3, ipiv), "NE_NOERROR:\n  No error.");
+  EXPECT_EQ(f.code, NE_NOERROR);
+  EXPECT_EQ(a[0], 5.0);
+}
+
+// The BLAS that cannot be used: the test program runs itself again with
+// ZEB_BLAS_LIBRARY set, and the child reports what a user would see.
+TEST(Blas, ChildReport) {
+  if (!std::getenv("ZEB_TEST_BLAS_CHILD")) GTEST_SKIP() << "run by Blas.LoadFailures";
+  char text[1024];
+  const I rc = f06zaac_c(text, sizeof text);
+  std::printf("rc %ld\n%s\n", long(rc), text);
+  double a[4] = {1, 2, 3, 4};
+  I ipiv[2] = {-7, -7}, info = 0;
+  const I two = 2;
+  f07adf_(&two, &two, a, &two, ipiv, &info);
+  std::printf("info %ld a %g ipiv %ld\n", long(info), a[0], long(ipiv[0]));
+  ZebError f;
+  ZEB_INIT_FAIL(f);
+  f07adc(Zeb_ColMajor, 2, 2, a, 2, ipiv, &f);
+  std::printf("%s\n", f.message);
+}
+
+namespace {
+zebtest::Run child(const std::string& env) {
+  return zebtest::run(env + " ZEB_TEST_BLAS_CHILD=1 /proc/" + std::to_string(getpid()) +
+                      "/exe --gtest_filter=Blas.ChildReport");
+}
+}  // namespace
+
+TEST(Blas, LoadFailures) {
+  const auto missing = child("ZEB_BLAS_LIBRARY=/nonexistent/libblas.so");
+  EXPECT_NE(missing.out.find(
+                "rc -998\nThe BLAS library /nonexistent/libblas.so could not be used:\n"
+                "/nonexistent/libblas.so: cannot open shared object file: No such file or "
+                "directory\nSet ZEB_BLAS_LIBRARY to a BLAS with 64-bit integers (ILP64).\n"),
+            std::string::npos)
+      << missing.out;
+  EXPECT_NE(missing.out.find(
+                " ** The BLAS library /nonexistent/libblas.so could not be used:\n"
+                " ** /nonexistent/libblas.so: cannot open shared object file: No such file or "
+                "directory\n ** Set ZEB_BLAS_LIBRARY to a BLAS with 64-bit integers (ILP64).\n"
+                "info -998 a 1 ipiv -7\n"
+                "NE_NOT_READ_FILE:\n  The BLAS library /nonexistent/libblas.so could not be used:\n"),
+            std::string::npos)
+      << missing.out;
+  const auto lp64 = child("ZEB_BLAS_LIBRARY=libblas.so.3");
+  EXPECT_NE(lp64.out.find("libblas.so.3 could not be used:\n"
+                          "it is not a BLAS with 64-bit integers (ILP64).\n"),
+            std::string::npos)
+      << lp64.out;
+  const auto nosym = child("ZEB_BLAS_LIBRARY=libm.so.6");
+  EXPECT_NE(nosym.out.find("it does not provide dgemm_.\n"), std::string::npos) << nosym.out;
+}
+
+TEST(Blas, CoreTypeChoiceIsVisibleAndOverridable) {
+  const auto user = child("OPENBLAS_CORETYPE=Haswell ZEB_BLAS_VERBOSE=1");
+  EXPECT_NE(user.err.find("core Haswell; OPENBLAS_CORETYPE set by the user"), std::string::npos)
+      << user.err;
+  EXPECT_NE(user.out.find("info 0 a 2 ipiv 2"), std::string::npos) << user.out;
+  const auto own = child("env -u OPENBLAS_CORETYPE");
+  __builtin_cpu_init();
+  if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512vl")) {
+    EXPECT_NE(own.out.find("core SkylakeX; OPENBLAS_CORETYPE set to SkylakeX by ZEB"),
+              std::string::npos)
+        << own.out;
+  }
+}

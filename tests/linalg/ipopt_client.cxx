@@ -1,0 +1,152 @@
+// A program that uses both the library's LU factorisation (ILP64 BLAS) and
+// Ipopt through its own C++ interface (whose sparse solver uses the 32-bit
+// BLAS under the same names), in the order given by its argument:
+//   lu-first      LU, Ipopt, LU          ipopt-first   Ipopt, LU, Ipopt
+// It prints one line per step and exits with status 0 when all are right.
+#include <IpIpoptApplication.hpp>
+#include <IpTNLP.hpp>
+
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <random>
+#include <vector>
+
+#include "zeb.h"
+
+using Ipopt::Index;
+using Ipopt::Number;
+
+namespace {
+
+// minimise sum (x_i - 1)^2 + (sum x_i)^2: the Hessian is dense, so the
+// sparse solver factors one dense front with level-3 BLAS.  The minimum is
+// at x_i = 1 / (n + 1).
+class DenseQuadratic : public Ipopt::TNLP {
+ public:
+  explicit DenseQuadratic(Index n) : x_(size_t(n)), n_(n) {}
+  bool get_nlp_info(Index& n, Index& m, Index& nnz_jac, Index& nnz_h, IndexStyleEnum& style) override {
+    n = n_;
+    m = 0;
+    nnz_jac = 0;
+    nnz_h = n_ * (n_ + 1) / 2;
+    style = C_STYLE;
+    return true;
+  }
+  bool get_bounds_info(Index n, Number* xl, Number* xu, Index, Number*, Number*) override {
+    for (Index i = 0; i < n; ++i) {
+      xl[i] = -1e19;
+      xu[i] = 1e19;
+    }
+    return true;
+  }
+  bool get_starting_point(Index n, bool, Number* x, bool, Number*, Number*, Index, bool, Number*) override {
+    for (Index i = 0; i < n; ++i) x[i] = 0.5 + 0.001 * i;
+    return true;
+  }
+  bool eval_f(Index n, const Number* x, bool, Number& f) override {
+    double s = 0.0, q = 0.0;
+    for (Index i = 0; i < n; ++i) {
+      s += x[i];
+      q += (x[i] - 1.0) * (x[i] - 1.0);
+    }
+    f = q + s * s;
+    return true;
+  }
+  bool eval_grad_f(Index n, const Number* x, bool, Number* g) override {
+    double s = 0.0;
+    for (Index i = 0; i < n; ++i) s += x[i];
+    for (Index i = 0; i < n; ++i) g[i] = 2.0 * (x[i] - 1.0) + 2.0 * s;
+    return true;
+  }
+  bool eval_g(Index, const Number*, bool, Index, Number*) override { return true; }
+  bool eval_jac_g(Index, const Number*, bool, Index, Index, Index*, Index*, Number*) override {
+    return true;
+  }
+  bool eval_h(Index n, const Number*, bool, Number obj, Index, const Number*, bool, Index,
+              Index* r, Index* c, Number* v) override {
+    Index k = 0;
+    for (Index i = 0; i < n; ++i)
+      for (Index j = 0; j <= i; ++j, ++k) {
+        if (r) {
+          r[k] = i;
+          c[k] = j;
+        } else {
+          v[k] = obj * (i == j ? 4.0 : 2.0);
+        }
+      }
+    return true;
+  }
+  void finalize_solution(Ipopt::SolverReturn, Index n, const Number* x, const Number*,
+                         const Number*, Index, const Number*, const Number*, Number,
+                         const Ipopt::IpoptData*, Ipopt::IpoptCalculatedQuantities*) override {
+    x_.assign(x, x + n);
+  }
+  std::vector<double> x_;
+
+ private:
+  Index n_;
+};
+
+bool ipopt_step() {
+  const Index n = 400;
+  Ipopt::SmartPtr<DenseQuadratic> nlp = new DenseQuadratic(n);
+  Ipopt::SmartPtr<Ipopt::IpoptApplication> app = IpoptApplicationFactory();
+  app->Options()->SetIntegerValue("print_level", 0);
+  app->Options()->SetStringValue("sb", "yes");
+  app->Options()->SetNumericValue("tol", 1e-12);
+  if (app->Initialize() != Ipopt::Solve_Succeeded) return false;
+  const Ipopt::ApplicationReturnStatus st = app->OptimizeTNLP(nlp);
+  double err = 0.0;
+  for (double x : nlp->x_) err = std::max(err, std::fabs(x - 1.0 / (n + 1)));
+  std::printf("ipopt status %d max error %s\n", int(st), err < 1e-9 ? "< 1e-9" : "too large");
+  return st == Ipopt::Solve_Succeeded && err < 1e-9 && nlp->x_.size() == size_t(n);
+}
+
+bool lu_step() {
+  const Integer n = 800;
+  std::vector<double> a(static_cast<size_t>(n * n)), lu;
+  std::mt19937_64 g(42);
+  std::uniform_real_distribution<double> u(-1.0, 1.0);
+  for (double& x : a) x = u(g);
+  lu = a;
+  std::vector<Integer> ipiv(static_cast<size_t>(n));
+  ZebError fail;
+  ZEB_INIT_FAIL(fail);
+  f07adc(Zeb_ColMajor, n, n, lu.data(), n, ipiv.data(), &fail);
+  if (fail.code != NE_NOERROR) return false;
+  // P A = L U: apply the interchanges to A and compare with L U.
+  for (Integer k = 0; k < n; ++k)
+    if (ipiv[size_t(k)] - 1 != k)
+      for (Integer j = 0; j < n; ++j)
+        std::swap(a[size_t(k + j * n)], a[size_t(ipiv[size_t(k)] - 1 + j * n)]);
+  double worst = 0.0, anorm = 0.0;
+  for (double x : a) anorm = std::max(anorm, std::fabs(x));
+  for (Integer j = 0; j < n; ++j)
+    for (Integer i = 0; i < n; ++i) {
+      double s = 0.0;
+      for (Integer k = 0; k <= std::min(i, j); ++k)
+        s += (k == i ? 1.0 : lu[size_t(i + k * n)]) * lu[size_t(k + j * n)];
+      worst = std::max(worst, std::fabs(s - a[size_t(i + j * n)]));
+    }
+  const double ratio = worst / (anorm * n * 1.1102230246251565e-16);
+  std::printf("lu residual ratio %s\n", ratio < 10.0 ? "< 10" : "too large");
+  return ratio < 10.0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const bool lu_first = argc > 1 && std::strcmp(argv[1], "lu-first") == 0;
+  bool ok = true;
+  if (lu_first) {
+    ok = lu_step() && ok;
+    ok = ipopt_step() && ok;
+    ok = lu_step() && ok;
+  } else {
+    ok = ipopt_step() && ok;
+    ok = lu_step() && ok;
+    ok = ipopt_step() && ok;
+  }
+  return ok ? 0 : 1;
+}
