@@ -1,12 +1,12 @@
 // Gamma and log-gamma against glibc's tgamma and lgamma, and the cost of
 // the entry layers over the engine with tracing off.  Each benchmark sweeps
-// the same arguments; compare the times of one run (the ratios are printed
-// as counters of the library's benchmarks).
+// the same arguments; the ratios of one run are printed at the end.
 #include <benchmark/benchmark.h>
 
 #include <cmath>
 #include <vector>
 
+#include "bench/ratios.hpp"
 #include "zeb.h"
 
 extern "C" void s14aafn_(const double* x, double* gx, char* errbuf, int64_t* ifail,
@@ -79,4 +79,11 @@ BENCHMARK(zeb_s14aafn_engine)->Arg(0)->Arg(1);
 BENCHMARK(glibc_lgamma)->Arg(0)->Arg(2);
 BENCHMARK(zeb_s14abc)->Arg(0)->Arg(2);
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) {
+  return zebbench::run_with_ratios(
+      argc, argv,
+      {{"zeb_s14aac/0", "glibc_tgamma/0"}, {"zeb_s14aac/1", "glibc_tgamma/1"},
+       {"zeb_s14aaf/0", "glibc_tgamma/0"}, {"zeb_s14aac/0", "zeb_s14aafn_engine/0"},
+       {"zeb_s14aaf/0", "zeb_s14aafn_engine/0"}, {"zeb_s14abc/0", "glibc_lgamma/0"},
+       {"zeb_s14abc/2", "glibc_lgamma/2"}});
+}

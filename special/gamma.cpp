@@ -218,9 +218,12 @@ extern "C" void s14abfn_(const double* xp, double* res, char* errbuf, int64_t* i
   } else {
     double r = 0.0;
     if (y <= kFrtbig) {
-      const double ysq = y * y;
+      // The series in 1/y^2: multiplying by the reciprocal keeps the chain
+      // of dependent operations short; the rounding difference lies far
+      // below the last bit of the result, which r only corrects.
+      const double rysq = 1.0 / (y * y);
       r = kC[0];
-      for (int i = 1; i < 7; ++i) r = r / ysq + kC[i];
+      for (int i = 1; i < 7; ++i) r = r * rysq + kC[i];
     }
     r /= y;
     const double corr = std::log(y);

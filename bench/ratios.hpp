@@ -1,0 +1,52 @@
+// A console reporter that also prints, after the run, the ratio of each
+// library benchmark's time to its peer's, measured in the same run.
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace zebbench {
+
+struct Pair {
+  std::string ours;  // full benchmark name, e.g. "zeb_s14aac/0"
+  std::string peer;  // e.g. "glibc_tgamma/0"
+};
+
+class RatioReporter : public benchmark::ConsoleReporter {
+ public:
+  explicit RatioReporter(std::vector<Pair> pairs) : pairs_(std::move(pairs)) {}
+  void ReportRuns(const std::vector<Run>& runs) override {
+    ConsoleReporter::ReportRuns(runs);
+    for (const Run& r : runs)
+      if (r.run_type == Run::RT_Iteration) times_[r.benchmark_name()] = r.GetAdjustedRealTime();
+  }
+  void Finalize() override {
+    ConsoleReporter::Finalize();
+    std::printf("\n%-44s %-32s %10s\n", "library", "peer", "time ratio");
+    for (const Pair& p : pairs_) {
+      auto a = times_.find(p.ours), b = times_.find(p.peer);
+      if (a == times_.end() || b == times_.end()) continue;
+      std::printf("%-44s %-32s %10.3f\n", p.ours.c_str(), p.peer.c_str(), a->second / b->second);
+    }
+  }
+
+ private:
+  std::vector<Pair> pairs_;
+  std::map<std::string, double> times_;
+};
+
+// main() of a benchmark program that reports the ratios of `pairs`.
+inline int run_with_ratios(int argc, char** argv, std::vector<Pair> pairs) {
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+  RatioReporter reporter(std::move(pairs));
+  benchmark::RunSpecifiedBenchmarks(&reporter);
+  benchmark::Shutdown();
+  return 0;
+}
+
+}  // namespace zebbench
