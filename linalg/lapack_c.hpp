@@ -44,6 +44,18 @@ inline char side_char(Zeb_SideType s) {
   return s == Zeb_LeftSide ? 'L' : s == Zeb_RightSide ? 'R' : '?';
 }
 
+// Runs f(work) with `size` reals of workspace; -999 in info when they
+// cannot be allocated.
+template <class F>
+void with_work(int64_t size, int64_t* info, F&& f) {
+  std::unique_ptr<double[]> w(new (std::nothrow) double[size_t(std::max<int64_t>(1, size))]);
+  if (!w) {
+    *info = kAllocFail;
+    return;
+  }
+  f(w.get());
+}
+
 // check(lds) gives the engine's info for leading dimensions lds;
 // run(a, lds, en, info) runs the engine on the column-major matrices a;
 // positive(info) reports a computational failure.
