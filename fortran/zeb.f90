@@ -5,6 +5,7 @@ module zeb
   implicit none
   interface
     include 'frame.fi'
+    include 'units.fi'
     include 'special.fi'
     include 'sort.fi'
     include 'linalg.fi'

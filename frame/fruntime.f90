@@ -108,3 +108,61 @@ subroutine zeb_f_stop(status) bind(c, name='zeb_f_stop')
   integer(c_int64_t), value :: status
   call exit(int(status))
 end subroutine zeb_f_stop
+
+! The state of a unit: 0 not a usable unit number, 1 a unit that is not
+! connected, 2 a unit connected to a file.
+subroutine zeb_f_inquire(unit, state) bind(c, name='zeb_f_inquire')
+  use iso_c_binding, only: c_int64_t
+  implicit none
+  integer(c_int64_t), value :: unit
+  integer(c_int64_t), intent(out) :: state
+  logical :: exists, opened
+  integer :: ios
+  exists = .false.
+  opened = .false.
+  inquire (unit=unit, exist=exists, opened=opened, iostat=ios)
+  if (ios /= 0) then
+    state = 0
+  else if (opened) then
+    state = 2
+  else if (exists) then
+    state = 1
+  else
+    state = 0
+  end if
+end subroutine zeb_f_inquire
+
+! Writes x with the real edit descriptor form into out(1:n): width returns
+! the field width, ierr 1 when form is not a format for one real (or its
+! field does not fit in out).
+subroutine zeb_f_edit(form, nform, x, out, n, width, ierr) bind(c, name='zeb_f_edit')
+  use iso_c_binding, only: c_int64_t, c_char, c_double
+  implicit none
+  integer(c_int64_t), value :: nform, n
+  character(kind=c_char), intent(in) :: form(*)
+  real(c_double), value :: x
+  character(kind=c_char), intent(out) :: out(*)
+  integer(c_int64_t), intent(out) :: width, ierr
+  character(len=nform + 6) :: fmt
+  character(len=n + 1) :: buf
+  integer :: ios, k
+  integer(c_int64_t) :: i
+  character, parameter :: mark = achar(1)
+  width = 0
+  ierr = 1
+  fmt = '('
+  do i = 1, nform
+    fmt(i + 1:i + 1) = form(i)
+  end do
+  fmt(nform + 2:) = ',a)'
+  ! The mark written after the value shows where the field ends.
+  write (buf, fmt, iostat=ios) x, mark
+  if (ios /= 0) return
+  k = index(buf, mark)
+  if (k < 2) return
+  width = k - 1
+  do i = 1, width
+    out(i) = buf(i:i)
+  end do
+  ierr = 0
+end subroutine zeb_f_edit

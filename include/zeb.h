@@ -7,6 +7,7 @@
 #include "zeb/types.h"
 #include "zeb/frame.h"
 #include "zeb/machine.h"
+#include "zeb/units.h"
 #include "zeb/special.h"
 #include "zeb/sort.h"
 #include "zeb/linalg.h"

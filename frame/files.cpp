@@ -1,0 +1,210 @@
+// Files on units: opening and closing a file on a Fortran unit, reading one
+// record through the replaceable reader, the C side's allocator and the
+// diagnostic file.
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "layers.hpp"
+#include "units.hpp"
+#include "zeb/units.h"
+
+extern "C" {
+void zeb_f_inquire(int64_t unit, int64_t* state);
+}
+
+// A character argument the routine writes (a record read): the Fortran
+// entry takes a hidden length, the lower layers an explicit one after it.
+#define ZEB_P_ostr(T, n) , char* n, int64_t n##_len
+#define ZEB_FP_ostr(T, n) , char* n
+#define ZEB_HID_ostr(T, n) , size_t n##_len
+#define ZEB_FWD_ostr(n) , n, n##_len
+#define ZEB_FFWD_ostr(n) , n, int64_t(n##_len)
+#define ZEB_TR_ostr(T, n) , zeb::trace::str(#n, n, n##_len)
+#define ZEB_T_ostr(T) , char*, int64_t
+
+namespace {
+
+enum UnitState : int64_t { kNoUnit = 0, kFree = 1, kConnected = 2 };
+
+int64_t unit_state(int64_t unit) {
+  int64_t s = kNoUnit;
+  zeb_f_inquire(unit, &s);
+  return s;
+}
+
+// The length of a Fortran string without its trailing blanks.
+int64_t trimmed(const char* s, int64_t len) {
+  while (len > 0 && s[len - 1] == ' ') --len;
+  return len;
+}
+
+const zeb::Message kOpenMessages[] = {
+    {1, 99999, NE_INT, "On entry, mode = %s.\nConstraint: 0 <= mode <= 2."},
+    {2, 99998, NE_NOT_READ_FILE, "Cannot open the following file for reading:\n%s%s%s"},
+    {2, 99997, NE_NOT_WRITE_FILE, "Cannot open the following file for writing:\n%s%s%s"},
+    {2, 99996, NE_NOT_APPEND_FILE, "Cannot open the following file for appending:\n%s%s%s"},
+    {3, 99995, NE_INT,
+     "On entry, unit = %s.\nConstraint: unit must be a valid unit number."},
+};
+
+const zeb::Message kCloseMessages[] = {
+    {1, 99999, NE_NOT_CLOSE_FILE, "On entry, unit = %s.\nThe unit is not connected to a file."},
+    {2, 99998, NE_NOT_CLOSE_FILE, "The file connected to unit %s could not be closed."},
+};
+
+const zeb::Message kReadMessages[] = {
+    {1, 99999, NE_NOT_READ_FILE, "End of file reached on unit %s."},
+    {2, 99998, NE_NOT_READ_FILE, "An error occurred when reading from unit %s."},
+    {3, 99997, NE_NOT_READ_FILE, "On entry, nin = %s.\nThe unit is not connected to a file."},
+};
+
+}  // namespace
+
+// x04acf: opens a file on a unit.  The unit is first inquired: a connected
+// unit is closed and reopened on the file; a negative unit that is not
+// connected asks for a free unit, which is returned through unit (the C
+// entry's way to a new unit; the Fortran entry passes a copy).
+#define X04AC_ARGS(A) A(inout, int64_t, unit) A(str, char, file) A(in, int64_t, mode)
+ZEB_LAYERS(x04acf, X04AC_ARGS)
+
+extern "C" void x04acfn_(int64_t* unit, const char* file, int64_t file_len, const int64_t* mode,
+                         char* errbuf, int64_t* ifail, int64_t errbuf_len) {
+  *ifail = 0;
+  if (*mode < 0 || *mode > 2) {
+    zeb::fail(errbuf, errbuf_len, ifail, 1, 99999, *mode);
+    return;
+  }
+  const int64_t state = unit_state(*unit);
+  if (state == kNoUnit && *unit >= 0) {
+    zeb::fail(errbuf, errbuf_len, ifail, 3, 99995, *unit);
+    return;
+  }
+  int64_t ierr = 0;
+  if (state == kConnected) zeb_f_close(*unit, &ierr);
+  int64_t u = state == kNoUnit ? -1 : *unit;
+  const int64_t n = trimmed(file, file_len);
+  zeb_f_open(&u, file, n, *mode, &ierr);
+  if (ierr != 0) {
+    // The name travels in three pieces of at most 25 characters.
+    char piece[3][26] = {};
+    for (int k = 0; k < 3 && 25 * k < n; ++k)
+      std::memcpy(piece[k], file + 25 * k, size_t(n - 25 * k < 25 ? n - 25 * k : 25));
+    zeb::fail(errbuf, errbuf_len, ifail, 2, 99998 - *mode, piece[0], piece[1], piece[2]);
+    return;
+  }
+  *unit = u;
+}
+
+ZEB_API void x04acf_(const int64_t* unit, const char* file, const int64_t* mode, int64_t* ifail,
+                     size_t file_len) {
+  int64_t u = *unit;
+  zeb::fortran_entry("x04acf", kOpenMessages, ifail, [&](ZebEnData* en, char* eb, int64_t* ie) {
+    x04acft_(en, &u, file, int64_t(file_len), mode, eb, ie, zeb::kErrbufLen);
+  });
+}
+
+ZEB_API void x04acc(const char* filename, Integer mode, Integer* unit, ZebError* fail) {
+  zeb::f90_io_init();
+  zeb::clear_fail(fail);
+  if (!filename) return zeb::c_fail(fail, "x04acc", NE_BAD_PARAM, "filename");
+  if (!unit) return zeb::c_fail(fail, "x04acc", NE_BAD_PARAM, "unit");
+  ZebEnData en;
+  y90haan_(&en);
+  char errbuf[zeb::kErrbufLen + 1] = " ";
+  int64_t ierr = 1, u = -1;
+  x04acft_(&en, &u, filename, int64_t(std::strlen(filename)), &mode, errbuf, &ierr,
+           zeb::kErrbufLen);
+  if (ierr == 2) {
+    // The C message names the whole file, which the coded buffer cannot carry.
+    static const int kCodes[3] = {NE_NOT_READ_FILE, NE_NOT_WRITE_FILE, NE_NOT_APPEND_FILE};
+    if (fail) fail->errnum = ierr;
+    return zeb::c_fail(fail, "x04acc", kCodes[mode], filename);
+  }
+  zeb::finish_c(fail, "x04acc", kOpenMessages, ierr, errbuf);
+  if (ierr == 0) *unit = u;
+}
+
+// x04adf: closes the file connected to a unit.
+#define X04AD_ARGS(A) A(in, int64_t, unit)
+ZEB_LAYERS(x04adf, X04AD_ARGS)
+ZEB_FORTRAN_SUBROUTINE(x04adf, X04AD_ARGS, kCloseMessages)
+
+extern "C" void x04adfn_(const int64_t* unit, char* errbuf, int64_t* ifail, int64_t errbuf_len) {
+  *ifail = 0;
+  if (unit_state(*unit) != kConnected) {
+    zeb::fail(errbuf, errbuf_len, ifail, 1, 99999, *unit);
+    return;
+  }
+  int64_t ierr = 0;
+  zeb_f_close(*unit, &ierr);
+  if (ierr != 0) zeb::fail(errbuf, errbuf_len, ifail, 2, 99998, *unit);
+}
+
+ZEB_API void x04adc(Integer unit, ZebError* fail) {
+  zeb::c_entry(fail, "x04adc", kCloseMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
+    x04adft_(en, &unit, eb, ie, zeb::kErrbufLen);
+  });
+}
+
+// x04bbf: reads one record through the replaceable reader.  The reader's
+// error indicator: 0 read, 1 end of file, 2 read error, 3 unit not connected.
+typedef void (*zeb_rec_reader)(ZebEnData*, const int64_t*, char*, int64_t*, int64_t);
+typedef void (*zeb_rec_rmarshal)(zeb_rec_reader, ZebEnData*, const int64_t*, char*, int64_t*,
+                                 int64_t);
+
+ZEB_API void x04bbzn_(ZebEnData*, const int64_t* unit, char* rec, int64_t* ierr, int64_t len) {
+  *ierr = 0;
+  if (unit_state(*unit) != kConnected) {
+    *ierr = 3;
+    return;
+  }
+  zeb_f_read(*unit, rec, len, ierr);
+}
+
+static inline void call_reader(zeb_rec_reader r, ZebEnData* en, const int64_t* unit, char* rec,
+                               int64_t* ierr, int64_t len) {
+  r(en, unit, rec, ierr, len);
+}
+#define X04BBF_REC_ARGS(A) A(in, int64_t, unit) A(arr, char, rec) A(out, int64_t, ierr) A(val, int64_t, len)
+ZEB_CALLBACK_SHIMS(x04bbf, read_rech, "x04bbfv:rec", zeb_rec_reader, X04BBF_REC_ARGS, call_reader)
+
+#define X04BB_ARGS(A) \
+  A(fun, zeb_rec_rmarshal, marshal) A(fun, zeb_rec_reader, reader) A(in, int64_t, nin) A(ostr, char, rec)
+ZEB_LAYERS_EN(x04bbf, X04BB_ARGS)
+
+extern "C" void x04bbfn_(ZebEnData* en, zeb_rec_rmarshal marshal, zeb_rec_reader reader,
+                         const int64_t* nin, char* rec, int64_t rec_len, char* errbuf,
+                         int64_t* ifail, int64_t errbuf_len) {
+  *ifail = 0;
+  int64_t ierr = 0;
+  x04bbf_print_read_rech_(marshal, reader, en, nin, rec, &ierr, rec_len);
+  if (ierr == 0) return;
+  if (ierr != 1 && ierr != 3) ierr = 2;  // a reader's other indicators are read errors
+  zeb::fail(errbuf, errbuf_len, ifail, ierr, 100000 - ierr, *nin);
+}
+
+ZEB_API void x04bbf_(const int64_t* nin, char* rec, int64_t* ifail, size_t rec_len) {
+  zeb::fortran_entry("x04bbf", kReadMessages, ifail, [&](ZebEnData* en, char* eb, int64_t* ie) {
+    x04bbft_(en, x04bbf_internal_read_rech_, x04bbzn_, nin, rec, int64_t(rec_len), eb, ie,
+             zeb::kErrbufLen);
+  });
+}
+
+// The allocator of the C entries.
+ZEB_API void* x04bjc(size_t size) { return std::malloc(size > 0 ? size : 1); }
+
+ZEB_API void x04bdc(void** p) {
+  if (!p) return;
+  std::free(*p);
+  *p = nullptr;
+}
+
+// Appends a string to the diagnostic file in the current directory.
+ZEB_API void x04aaz(const char* str) {
+  if (!str) return;
+  std::FILE* f = std::fopen("ZebDebug_file", "a");
+  if (!f) return;
+  std::fputs(str, f);
+  std::fclose(f);
+}
