@@ -7,6 +7,7 @@ module zeb
     include 'frame.fi'
     include 'units.fi'
     include 'special.fi'
+    include 'random.fi'
     include 'sort.fi'
     include 'linalg.fi'
   end interface

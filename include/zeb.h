@@ -9,6 +9,7 @@
 #include "zeb/machine.h"
 #include "zeb/units.h"
 #include "zeb/special.h"
+#include "zeb/random.h"
 #include "zeb/sort.h"
 #include "zeb/linalg.h"
 

@@ -1,0 +1,508 @@
+// The congruential base generators (basic, Wichmann-Hill I and II,
+// MRG32k3a), ACORN, and the table of all six.
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "rng.hpp"
+
+namespace zeb::rng {
+namespace {
+
+#include "wh1_table.inc"
+
+constexpr double kTwoM30 = 0x1p-30;
+constexpr double kTwoM60 = 0x1p-60;
+
+// (k - n) reduced into 0 .. order-1: the power that moves a stream to the
+// k-th value of a sequence that will then advance n at a time.
+u128 lead(int64_t n, int64_t k, u128 order) {
+  const int64_t d = k - n;
+  const u128 ad = u128(d < 0 ? -(d + 1) + u128(1) : u128(d)) % order;
+  return d < 0 ? (order - ad) % order : ad;
+}
+
+// ---------------------------------------------------------------------
+// Basic generator: X := A*X mod 2^60 on four 15-bit limbs (words 5-8), the
+// multiplier's limbs in words 9-12.
+constexpr u64 kMask60 = (u64(1) << 60) - 1;
+constexpr u64 kMask30 = (u64(1) << 30) - 1;
+
+u64 get60(const int64_t* s, int first) {
+  u64 v = 0;
+  for (int i = 3; i >= 0; --i) v = (v << 15) | u64(W(s, first + i));
+  return v;
+}
+void put60(int64_t* s, int first, u64 v) {
+  for (int i = 0; i < 4; ++i, v >>= 15) W(s, first + i) = int64_t(v & 0x7fff);
+}
+// The product of limbs keeping the four low limbs is the product mod 2^60.
+u64 mul60(u64 a, u64 b) { return (a * b) & kMask60; }
+
+}  // namespace
+
+int64_t basic_start(int64_t s, int64_t* st) {
+  if (s < 1) return kBadSeed;
+  W(st, 1) = 14;
+  W(st, 2) = kTags[1];
+  W(st, 3) = 1;
+  W(st, 4) = 0;
+  const u64 x = 2 * (2 * (u64(s) & ((u64(1) << 58) - 1)) + 1);
+  put60(st, 9, 302875106592253ULL);  // 13^13
+  put60(st, 5, mul60(302875106592253ULL, x));
+  W(st, 13) = 0;
+  W(st, 14) = kTags[1];
+  return kOk;
+}
+
+extern "C" void g05kfxn_(const int64_t* genid, const int64_t*, const int64_t* seed,
+                         const int64_t* lseed, int64_t* state, int64_t* lstate,
+                         int64_t* code) {
+  *code = init_head(*genid, 1, *lseed, lstate, 14, 14);
+  if (*code == kOk) *code = basic_start(seed[0], state);
+}
+
+extern "C" void g05saxn_(const int64_t* n, int64_t* st, double* x) {
+  const u64 a = get60(st, 9);
+  u64 v = get60(st, 5);
+  for (int64_t i = 0; i < *n; ++i) {
+    v = mul60(a, v);
+    x[i] = 1.0 - (double(v >> 30) * kTwoM30 + double(v & kMask30) * kTwoM60);
+  }
+  put60(st, 5, v);
+}
+
+namespace {
+// The odd residues mod 2^60 form a group of exponent 2^58.
+constexpr u128 kBasicOrder = u128(1) << 58;
+
+int64_t basic_jump(Steps s, int64_t* st) {
+  const u64 an = power<u64>(get60(st, 9), exponent(s, kBasicOrder), 1, mul60);
+  put60(st, 5, mul60(an, get60(st, 5)));
+  return 0;
+}
+
+void basic_leap(int64_t n, int64_t k, int64_t* st) {
+  const u64 a = get60(st, 9);
+  put60(st, 5, mul60(power<u64>(a, lead(n, k, kBasicOrder), 1, mul60), get60(st, 5)));
+  put60(st, 9, power<u64>(a, u128(n), 1, mul60));
+}
+
+// ---------------------------------------------------------------------
+// Wichmann-Hill I and II: four multiplicative congruential components.  A
+// component is named by the words of its value, multiplier and modulus.
+struct Comp {
+  int x, a, m;
+};
+constexpr Comp kWh1[4] = {{5, 9, 13}, {6, 10, 14}, {7, 11, 15}, {8, 12, 16}};
+constexpr int kWh1Flag = 17;
+constexpr Comp kWh2[4] = {{5, 9, 21}, {6, 11, 22}, {7, 13, 23}, {8, 15, 24}};
+constexpr int kWh2Flag = 25;
+
+template <const Comp (&C)[4]>
+int64_t lcg_jump(Steps s, int64_t* st) {
+  for (const Comp& c : C) {
+    const int64_t m = W(st, c.m);
+    W(st, c.x) = mulmod(powmod(W(st, c.a), exponent(s, u128(m - 1)), m), W(st, c.x), m);
+  }
+  return 0;
+}
+
+template <const Comp (&C)[4], int Flag>
+void lcg_leap(int64_t n, int64_t k, int64_t* st) {
+  for (const Comp& c : C) {
+    const int64_t m = W(st, c.m), a = W(st, c.a);
+    W(st, c.x) = mulmod(powmod(a, lead(n, k, u128(m - 1)), m), W(st, c.x), m);
+    W(st, c.a) = powmod(a, u128(n), m);
+  }
+  W(st, Flag) = 1;
+}
+
+// A positive seed value as a component's start: values above 16909320 are
+// folded back into 1 .. 16909320 first.
+constexpr int64_t kWhFold = 16909320;
+int64_t wh_start(int64_t s, int64_t m, bool fold) {
+  if (fold && s > kWhFold) s = (s % kWhFold + 1) % kWhFold + 1;
+  const int64_t x = s % m;
+  return x == 0 ? 1 : x;
+}
+
+}  // namespace
+
+extern "C" void g05kfwn_(const int64_t* genid, const int64_t* subid, const int64_t* seed,
+                         const int64_t* lseed, int64_t* st, int64_t* lstate, int64_t* code) {
+  *code = init_head(*genid, 2, *lseed, lstate, 18, 18);
+  if (*code != kOk) return;
+  int64_t x[4];
+  *code = expand_seed(seed, *lseed, 4, 1, double(kWhFold), st, x);
+  if (*code != kOk) return;
+  const int64_t set = ((*subid - 1) % 273 + 273) % 273 + 1;
+  const int32_t* row = kWh1Sets[set - 1];
+  W(st, 1) = 18;
+  W(st, 2) = kTags[2];
+  W(st, 3) = 2;
+  W(st, 4) = set;
+  for (int j = 0; j < 4; ++j) {
+    W(st, 5 + j) = wh_start(x[j], row[4 + j], true);
+    W(st, 9 + j) = row[j];
+    W(st, 13 + j) = row[4 + j];
+  }
+  W(st, kWh1Flag) = 0;
+  W(st, 18) = kTags[2];
+}
+
+extern "C" void g05sawn_(const int64_t* n, int64_t* st, double* out) {
+  int64_t x[4], a[4], m[4];
+  for (int j = 0; j < 4; ++j) {
+    x[j] = W(st, 5 + j);
+    a[j] = W(st, 9 + j);
+    m[j] = W(st, 13 + j);
+  }
+  const bool direct = W(st, kWh1Flag) == 0;
+  for (int64_t i = 0; i < *n; ++i) {
+    double s = 0.0;
+    for (int j = 0; j < 4; ++j) {
+      x[j] = direct ? a[j] * x[j] % m[j] : mulmod(a[j], x[j], m[j]);
+      s += double(x[j]) / double(m[j]);
+    }
+    out[i] = 1.0 - (s - std::floor(s));
+  }
+  for (int j = 0; j < 4; ++j) W(st, 5 + j) = x[j];
+}
+
+namespace {
+constexpr int64_t kWh2A[4] = {11600, 47003, 23000, 33000};
+constexpr int64_t kWh2M[4] = {2147483579, 2147483543, 2147483423, 2147483123};
+constexpr int64_t kWh2Q[4] = {185127, 45688, 93368, 65075};
+constexpr int64_t kWh2R[4] = {10379, 10479, 19423, 8123};
+}  // namespace
+
+extern "C" void g05kfsn_(const int64_t* genid, const int64_t*, const int64_t* seed,
+                         const int64_t* lseed, int64_t* st, int64_t* lstate, int64_t* code) {
+  *code = init_head(*genid, 4, *lseed, lstate, 26, 26);
+  if (*code != kOk) return;
+  int64_t x[4];
+  *code = expand_seed(seed, *lseed, 4, 1, double(kWh2M[3] - 1), st, x);
+  if (*code != kOk) return;
+  W(st, 1) = 26;
+  W(st, 2) = kTags[4];
+  W(st, 3) = 4;
+  W(st, 4) = 0;
+  for (int j = 0; j < 4; ++j) {
+    W(st, 5 + j) = wh_start(x[j], kWh2M[j], false);
+    W(st, 9 + 2 * j) = kWh2A[j];
+    W(st, 10 + 2 * j) = kWh2R[j];
+    W(st, 17 + j) = kWh2Q[j];
+    W(st, 21 + j) = kWh2M[j];
+  }
+  W(st, kWh2Flag) = 0;
+  W(st, 26) = kTags[4];
+}
+
+extern "C" void g05sasn_(const int64_t* n, int64_t* st, double* out) {
+  int64_t x[4], a[4], r[4], q[4], m[4];
+  for (int j = 0; j < 4; ++j) {
+    x[j] = W(st, 5 + j);
+    a[j] = W(st, 9 + 2 * j);
+    r[j] = W(st, 10 + 2 * j);
+    q[j] = W(st, 17 + j);
+    m[j] = W(st, 21 + j);
+  }
+  const bool schrage = W(st, kWh2Flag) == 0;
+  for (int64_t i = 0; i < *n; ++i) {
+    double s = 0.0;
+    for (int j = 0; j < 4; ++j) {
+      if (schrage) {
+        x[j] = a[j] * (x[j] % q[j]) - r[j] * (x[j] / q[j]);
+        if (x[j] < 0) x[j] += m[j];
+      } else {
+        x[j] = mulmod(a[j], x[j], m[j]);
+      }
+      s += double(x[j]) / double(m[j]);
+    }
+    out[i] = s - std::trunc(s);
+  }
+  for (int j = 0; j < 4; ++j) W(st, 5 + j) = x[j];
+}
+
+// ---------------------------------------------------------------------
+// MRG32k3a.  Words 5-7 hold x1[n-3], x1[n-2], x1[n-1], words 8-10 the same
+// of x2; words 11-19 and 20-28 the one-step matrices of the two components
+// (row by row); word 4 is 0 while the published recurrence applies and 1
+// once a leap-frog has replaced the matrices by powers.
+namespace {
+constexpr int64_t kM1 = 4294967087, kM2 = 4294944443;
+constexpr double kNorm = 2.328306549295728e-10;
+constexpr int kMrgFlag = 4;
+constexpr int kMat[2] = {11, 20};
+constexpr int kVec[2] = {5, 8};
+constexpr int64_t kMod[2] = {kM1, kM2};
+
+struct Mat {
+  int64_t a[3][3];
+  int64_t m;
+};
+Mat matmul(const Mat& x, const Mat& y) {
+  Mat r{{}, x.m};
+  for (int i = 0; i < 3; ++i)
+    for (int j = 0; j < 3; ++j) {
+      int64_t s = 0;
+      for (int k = 0; k < 3; ++k) s = (s + mulmod(x.a[i][k], y.a[k][j], x.m)) % x.m;
+      r.a[i][j] = s;
+    }
+  return r;
+}
+Mat get_mat(const int64_t* st, int c) {
+  Mat r{{}, kMod[c]};
+  for (int i = 0; i < 9; ++i) r.a[i / 3][i % 3] = W(st, kMat[c] + i);
+  return r;
+}
+void put_mat(int64_t* st, int c, const Mat& x) {
+  for (int i = 0; i < 9; ++i) W(st, kMat[c] + i) = x.a[i / 3][i % 3];
+}
+void apply(int64_t* st, int c, const Mat& x) {
+  int64_t v[3];
+  for (int i = 0; i < 3; ++i) {
+    int64_t s = 0;
+    for (int k = 0; k < 3; ++k) s = (s + mulmod(x.a[i][k], W(st, kVec[c] + k), x.m)) % x.m;
+    v[i] = s;
+  }
+  for (int i = 0; i < 3; ++i) W(st, kVec[c] + i) = v[i];
+}
+Mat mat_power(const Mat& x, u128 e) {
+  const Mat one{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}, x.m};
+  return power<Mat>(x, e, one, matmul);
+}
+// The components' matrices have the multiplicative order m^3 - 1.
+u128 mrg_order(int c) { return u128(kMod[c]) * u128(kMod[c]) * u128(kMod[c]) - 1; }
+
+int64_t mrg_jump(Steps s, int64_t* st) {
+  for (int c = 0; c < 2; ++c) apply(st, c, mat_power(get_mat(st, c), exponent(s, mrg_order(c))));
+  return 0;
+}
+
+void mrg_leap(int64_t n, int64_t k, int64_t* st) {
+  for (int c = 0; c < 2; ++c) {
+    const Mat a = get_mat(st, c);
+    apply(st, c, mat_power(a, lead(n, k, mrg_order(c))));
+    put_mat(st, c, mat_power(a, u128(n)));
+  }
+  W(st, kMrgFlag) = 1;
+}
+}  // namespace
+
+extern "C" void g05kfen_(const int64_t* genid, const int64_t*, const int64_t* seed,
+                         const int64_t* lseed, int64_t* st, int64_t* lstate, int64_t* code) {
+  *code = init_head(*genid, 6, *lseed, lstate, 58, 58);
+  if (*code != kOk) return;
+  int64_t x[6];
+  *code = expand_seed(seed, *lseed, 6, 1, double(kM2 - 1), st, x);
+  if (*code != kOk) return;
+  for (int c = 0; c < 2; ++c) {
+    bool nonzero = false;
+    for (int i = 0; i < 3; ++i) {
+      if (x[3 * c + i] < 0) *code = kBadSeed;
+      x[3 * c + i] %= kMod[c];
+      nonzero = nonzero || x[3 * c + i] != 0;
+    }
+    if (!nonzero) *code = kBadSeed;
+  }
+  if (*code != kOk) return;
+  std::fill(st, st + 58, 0);
+  W(st, 1) = 58;
+  W(st, 2) = kTags[6];
+  W(st, 3) = 6;
+  for (int i = 0; i < 6; ++i) W(st, 5 + i) = x[i];
+  put_mat(st, 0, Mat{{{0, 1, 0}, {0, 0, 1}, {kM1 - 810728, 1403580, 0}}, kM1});
+  put_mat(st, 1, Mat{{{0, 1, 0}, {0, 0, 1}, {kM2 - 1370589, 0, 527612}}, kM2});
+  W(st, 58) = kTags[6];
+}
+
+extern "C" void g05saen_(const int64_t* n, int64_t* st, double* out) {
+  if (W(st, kMrgFlag) != 0) {
+    const Mat a1 = get_mat(st, 0), a2 = get_mat(st, 1);
+    for (int64_t i = 0; i < *n; ++i) {
+      apply(st, 0, a1);
+      apply(st, 1, a2);
+      const int64_t z = W(st, 7) - W(st, 10);
+      out[i] = double(z > 0 ? z : z + kM1) * kNorm;
+    }
+    return;
+  }
+  double s10 = double(W(st, 5)), s11 = double(W(st, 6)), s12 = double(W(st, 7));
+  double s20 = double(W(st, 8)), s21 = double(W(st, 9)), s22 = double(W(st, 10));
+  const double m1 = double(kM1), m2 = double(kM2);
+  for (int64_t i = 0; i < *n; ++i) {
+    double p1 = 1403580.0 * s11 - 810728.0 * s10;
+    p1 -= std::floor(p1 / m1) * m1;
+    s10 = s11;
+    s11 = s12;
+    s12 = p1;
+    double p2 = 527612.0 * s22 - 1370589.0 * s20;
+    p2 -= std::floor(p2 / m2) * m2;
+    s20 = s21;
+    s21 = s22;
+    s22 = p2;
+    const double z = p1 - p2;
+    out[i] = (z > 0.0 ? z : z + m1) * kNorm;
+  }
+  W(st, 5) = int64_t(s10), W(st, 6) = int64_t(s11), W(st, 7) = int64_t(s12);
+  W(st, 8) = int64_t(s20), W(st, 9) = int64_t(s21), W(st, 10) = int64_t(s22);
+}
+
+// ---------------------------------------------------------------------
+// ACORN of order k with m digits of 30 bits per element: words 5, 6, 7 hold
+// k, m and 2^30, and the k elements follow from word 8, each as m digits,
+// least significant first.  Element 1 is the constant seed of the
+// recurrence; each step adds element j-1 to element j for j = 2..k, in
+// order, and the output is element k / 2^(30m).
+namespace {
+constexpr int64_t kDigit = int64_t(1) << 30;
+constexpr int kAcornElems = 8;
+constexpr int64_t kAcornMaxSubid = 999999;
+
+void acorn_shape(int64_t subid, int64_t* k, int64_t* m) {
+  if (subid <= 0) {
+    *k = 11;
+    *m = 2;
+  } else {
+    *k = subid % 1000 + 1;
+    *m = subid / 1000 + 1;
+  }
+}
+
+// Numbers mod 2^(30m) as m digits, for the jump: the series (1 - x)^(-n)
+// truncated to k terms gives the coefficients of the n-step map.
+using Num = std::vector<int64_t>;
+using Series = std::vector<Num>;
+
+Num num_mul(const Num& a, const Num& b) {
+  const size_t m = a.size();
+  std::vector<u128> col(m, 0);
+  for (size_t i = 0; i < m; ++i)
+    if (a[i])
+      for (size_t j = 0; i + j < m; ++j) col[i + j] += u128(a[i]) * u128(b[j]);
+  Num r(m);
+  u128 carry = 0;
+  for (size_t t = 0; t < m; ++t) {
+    const u128 v = col[t] + carry;
+    r[t] = int64_t(v & u128(kDigit - 1));
+    carry = v >> 30;
+  }
+  return r;
+}
+void num_add(Num& a, const Num& b) {
+  int64_t carry = 0;
+  for (size_t t = 0; t < a.size(); ++t) {
+    const int64_t v = a[t] + b[t] + carry;
+    a[t] = v & (kDigit - 1);
+    carry = v >> 30;
+  }
+}
+Series series_mul(const Series& a, const Series& b) {
+  const size_t k = a.size(), m = a[0].size();
+  Series r(k, Num(m, 0));
+  for (size_t i = 0; i < k; ++i)
+    for (size_t j = 0; i + j < k; ++j) num_add(r[i + j], num_mul(a[i], b[j]));
+  return r;
+}
+
+int64_t acorn_jump(Steps s, int64_t* st) {
+  const int64_t k = W(st, 5), m = W(st, 6);
+  Series step(size_t(k), Num(size_t(m), 0)), one = step;
+  for (auto& c : step) c[0] = 1;  // 1/(1 - x)
+  one[0][0] = 1;
+  Series t;
+  if (s.e >= 0) {
+    // (1 - x)^(-2^e) is 1 mod 2^(30m) once e >= 30m + 10 (k <= 1000).
+    if (s.e >= 30 * m + 10) return 0;
+    t = step;
+    for (int64_t i = 0; i < s.e; ++i) t = series_mul(t, t);
+  } else {
+    t = power<Series>(step, s.n, one, series_mul);
+  }
+  Series y(size_t(k), Num(size_t(m), 0));
+  for (int64_t j = 0; j < k; ++j)
+    for (int64_t d = 0; d < m; ++d) y[size_t(j)][size_t(d)] = W(st, kAcornElems + j * m + d);
+  for (int64_t j = 0; j < k; ++j) {
+    Num v(size_t(m), 0);
+    for (int64_t l = 0; l <= j; ++l) num_add(v, num_mul(t[size_t(j - l)], y[size_t(l)]));
+    for (int64_t d = 0; d < m; ++d) W(st, kAcornElems + j * m + d) = v[size_t(d)];
+  }
+  return 0;
+}
+}  // namespace
+
+extern "C" void g05kfrn_(const int64_t* genid, const int64_t* subid, const int64_t* seed,
+                         const int64_t* lseed, int64_t* st, int64_t* lstate, int64_t* code) {
+  if (*genid != 5) {
+    *code = kBadGenid;
+    return;
+  }
+  if (*subid > kAcornMaxSubid) {
+    *code = kBadSubid;
+    return;
+  }
+  int64_t k, m;
+  acorn_shape(*subid, &k, &m);
+  const int64_t len = std::max<int64_t>(14, 9 + m * k);
+  *code = init_head(5, 5, *lseed, lstate, len, len);
+  if (*code != kOk) return;
+  std::vector<int64_t> y(static_cast<size_t>(m * k));
+  *code = expand_seed(seed, *lseed, m * k, 1, double(kDigit - 1), st, y.data());
+  if (*code != kOk) return;
+  for (auto& v : y) {
+    if (v <= 0 || v % kDigit == 0) *code = kBadSeed;
+    v %= kDigit;
+  }
+  if (*code != kOk) return;
+  y[0] |= 1;  // an odd seed element gives the full period
+  std::fill(st, st + len, 0);
+  W(st, 1) = len;
+  W(st, 2) = kTags[5];
+  W(st, 3) = 5;
+  W(st, 4) = *subid;
+  W(st, 5) = k;
+  W(st, 6) = m;
+  W(st, 7) = kDigit;
+  std::copy(y.begin(), y.end(), st + kAcornElems - 1);
+  W(st, len) = kTags[5];
+}
+
+extern "C" void g05sarn_(const int64_t* n, int64_t* st, double* out) {
+  const int64_t k = W(st, 5), m = W(st, 6);
+  int64_t* y = st + kAcornElems - 1;
+  for (int64_t i = 0; i < *n; ++i) {
+    for (int64_t j = 1; j < k; ++j) {
+      int64_t carry = 0;
+      for (int64_t d = 0; d < m; ++d) {
+        int64_t v = y[j * m + d] + y[(j - 1) * m + d] + carry;
+        carry = v >= kDigit;
+        y[j * m + d] = v - (carry ? kDigit : 0);
+      }
+    }
+    double u = 0.0;
+    for (int64_t d = 0; d < m; ++d) u = (u + double(y[(k - 1) * m + d])) * kTwoM30;
+    out[i] = u;
+  }
+}
+
+// The Mersenne Twister lives in mt.cpp.
+extern "C" {
+InitFn g05kfun_;
+UniformFn g05saun_;
+}
+int64_t mt_jump(Steps s, int64_t* st);
+void mt_leap(int64_t n, int64_t k, int64_t* st);
+
+const Generator kGenerators[7] = {
+    {nullptr, nullptr, nullptr, nullptr},
+    {g05kfxn_, g05saxn_, basic_jump, basic_leap},
+    {g05kfwn_, g05sawn_, lcg_jump<kWh1>, lcg_leap<kWh1, kWh1Flag>},
+    {g05kfun_, g05saun_, mt_jump, mt_leap},
+    {g05kfsn_, g05sasn_, lcg_jump<kWh2>, lcg_leap<kWh2, kWh2Flag>},
+    {g05kfrn_, g05sarn_, acorn_jump, nullptr},
+    {g05kfen_, g05saen_, mrg_jump, mrg_leap},
+};
+
+}  // namespace zeb::rng

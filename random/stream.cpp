@@ -1,0 +1,122 @@
+// Repositioning a stream: g05kj skips ahead n draws, g05kk skips ahead 2^e
+// draws, g05kh makes the stream the k-th of n interleaved (leap-frog)
+// streams.  Each dispatches on the generator table; a missing operation is
+// refused here, in one place.
+#include "frame/layers.hpp"
+#include "random/common.hpp"
+#include "random/rng.hpp"
+#include "zeb/random.h"
+
+using namespace zeb::rng;
+
+namespace {
+
+constexpr char kNoSkipText[] =
+    "On entry, cannot use skip-ahead with the base generator defined by state.";
+constexpr char kNoLeapText[] =
+    "On entry, cannot use leap-frog with the base generator defined by state.";
+const zeb::Message kSkipMessages[] = {
+    state_message(1),
+    {2, 2, NE_INT, "On entry, n = %s.\nConstraint: n >= 0."},
+    {3, 3, NE_INT_ARRAY, kNoSkipText},
+    {4, 4, NE_TOO_SMALL,
+     "On entry, the base generator is Mersenne Twister, but\n"
+     "the state vector defined on initialization is not large enough\n"
+     "to perform a skip ahead. See the initialization routine g05kff or g05kgf.",
+     "On entry, the base generator is Mersenne Twister, but\n"
+     "the state vector defined on initialization is not large enough\n"
+     "to perform a skip ahead. See the initialization function zeb_rand_init_repeatable "
+     "(g05kfc) or zeb_rand_init_nonrepeatable (g05kgc).",
+     "NE_ARRAY_SIZE"},
+};
+
+const zeb::Message kSkip2Messages[] = {
+    state_message(1),
+    {2, 2, NE_INT, "On entry, e = %s.\nConstraint: e >= 0."},
+    {3, 3, NE_INT_ARRAY, kNoSkipText},
+    {4, 4, NE_TOO_SMALL,
+     "On entry, the state vector defined on initialization is not large\n"
+     "enough to perform a skip-ahead (applies to Mersenne Twister base generator).\n"
+     "See the initialization routine g05kff or g05kgf.",
+     "On entry, the state vector defined on initialization is not large\n"
+     "enough to perform a skip-ahead (applies to Mersenne Twister base generator).\n"
+     "See the initialization function zeb_rand_init_repeatable (g05kfc) or "
+     "zeb_rand_init_nonrepeatable (g05kgc).",
+     "NE_ARRAY_SIZE"},
+};
+
+const zeb::Message kLeapMessages[] = {
+    state_message(1),
+    {2, 2, NE_INT, "On entry, n = %s.\nConstraint: n >= 1."},
+    {3, 3, NE_INT_2, "On entry, k = %s and n = %s.\nConstraint: 1 <= k <= n."},
+    {4, 4, NE_INT_ARRAY, kNoLeapText},
+};
+
+// The common engine of both skip-aheads.
+void skip(Steps s, int64_t* state, char* errbuf, int64_t len, int64_t* ifail) {
+  const Generator& g = kGenerators[W(state, 3)];
+  if (!g.jump) return zeb::fail(errbuf, len, ifail, 3, 3);
+  if (g.jump(s, state) == kShortState) zeb::fail(errbuf, len, ifail, 4, 4);
+}
+
+}  // namespace
+
+#define G05KJ_ARGS(A) A(in, int64_t, n) A(arr, int64_t, state)
+ZEB_LAYERS(g05kjf, G05KJ_ARGS)
+ZEB_FORTRAN_SUBROUTINE(g05kjf, G05KJ_ARGS, kSkipMessages)
+
+extern "C" void g05kjfn_(const int64_t* n, int64_t* state, char* errbuf, int64_t* ifail,
+                         int64_t len) {
+  *ifail = 0;
+  if (bad_state(state, 1, 1, errbuf, len, ifail)) return;
+  if (*n < 0) return zeb::fail(errbuf, len, ifail, 2, 2, *n);
+  skip(Steps{u128(*n), -1}, state, errbuf, len, ifail);
+}
+
+#define G05KK_ARGS(A) A(in, int64_t, e) A(arr, int64_t, state)
+ZEB_LAYERS(g05kkf, G05KK_ARGS)
+ZEB_FORTRAN_SUBROUTINE(g05kkf, G05KK_ARGS, kSkip2Messages)
+
+extern "C" void g05kkfn_(const int64_t* e, int64_t* state, char* errbuf, int64_t* ifail,
+                         int64_t len) {
+  *ifail = 0;
+  if (bad_state(state, 1, 1, errbuf, len, ifail)) return;
+  if (*e < 0) return zeb::fail(errbuf, len, ifail, 2, 2, *e);
+  skip(Steps{0, *e}, state, errbuf, len, ifail);
+}
+
+#define G05KH_ARGS(A) A(in, int64_t, n) A(in, int64_t, k) A(arr, int64_t, state)
+ZEB_LAYERS(g05khf, G05KH_ARGS)
+ZEB_FORTRAN_SUBROUTINE(g05khf, G05KH_ARGS, kLeapMessages)
+
+extern "C" void g05khfn_(const int64_t* n, const int64_t* k, int64_t* state, char* errbuf,
+                         int64_t* ifail, int64_t len) {
+  *ifail = 0;
+  if (bad_state(state, 1, 1, errbuf, len, ifail)) return;
+  if (*n < 1) return zeb::fail(errbuf, len, ifail, 2, 2, *n);
+  if (*k < 1 || *k > *n) return zeb::fail(errbuf, len, ifail, 3, 3, *k, *n);
+  const Generator& g = kGenerators[W(state, 3)];
+  if (!g.leap) return zeb::fail(errbuf, len, ifail, 4, 4);
+  g.leap(*n, *k, state);
+}
+
+ZEB_API void g05kjc(Integer n, Integer state[], ZebError* fail) {
+  if (c_null(fail, "g05kjc", {{state, "state"}})) return;
+  zeb::c_entry(fail, "g05kjc", kSkipMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
+    g05kjft_(en, &n, state, eb, ie, zeb::kErrbufLen);
+  });
+}
+
+ZEB_API void g05kkc(Integer e, Integer state[], ZebError* fail) {
+  if (c_null(fail, "g05kkc", {{state, "state"}})) return;
+  zeb::c_entry(fail, "g05kkc", kSkip2Messages, [&](ZebEnData* en, char* eb, int64_t* ie) {
+    g05kkft_(en, &e, state, eb, ie, zeb::kErrbufLen);
+  });
+}
+
+ZEB_API void g05khc(Integer n, Integer k, Integer state[], ZebError* fail) {
+  if (c_null(fail, "g05khc", {{state, "state"}})) return;
+  zeb::c_entry(fail, "g05khc", kLeapMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
+    g05khft_(en, &n, &k, state, eb, ie, zeb::kErrbufLen);
+  });
+}
