@@ -472,6 +472,25 @@ extern "C" void g05kfrn_(const int64_t* genid, const int64_t* subid, const int64
 extern "C" void g05sarn_(const int64_t* n, int64_t* st, double* out) {
   const int64_t k = W(st, 5), m = W(st, 6);
   int64_t* y = st + kAcornElems - 1;
+  if (m <= 2) {
+    // Elements of up to 60 bits fit a word: the digit sums with their carry
+    // are one addition modulo 2^(30m).
+    const u64 mask = m == 1 ? u64(kDigit - 1) : kMask60;
+    std::vector<u64> e(static_cast<size_t>(k));
+    for (int64_t j = 0; j < k; ++j)
+      e[size_t(j)] = u64(y[j * m]) | (m == 2 ? u64(y[j * m + 1]) << 30 : 0);
+    for (int64_t i = 0; i < *n; ++i) {
+      for (int64_t j = 1; j < k; ++j) e[size_t(j)] = (e[size_t(j)] + e[size_t(j - 1)]) & mask;
+      const u64 v = e[size_t(k - 1)];
+      out[i] = m == 1 ? double(v) * kTwoM30
+                      : (double(v & kMask30) * kTwoM30 + double(v >> 30)) * kTwoM30;
+    }
+    for (int64_t j = 0; j < k; ++j) {
+      y[j * m] = int64_t(e[size_t(j)] & kMask30);
+      if (m == 2) y[j * m + 1] = int64_t(e[size_t(j)] >> 30);
+    }
+    return;
+  }
   for (int64_t i = 0; i < *n; ++i) {
     for (int64_t j = 1; j < k; ++j) {
       int64_t carry = 0;
