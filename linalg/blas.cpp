@@ -143,7 +143,7 @@ ZEB_API int64_t f07zazn_(const char* name, const int64_t* m, const int64_t* n,
     const char* name;
     int64_t nb;
   };
-  static const Row kTable[] = {{"F07ADFN", 128}, {"F08AEFN", 32}, {"F08AFFN", 32}};
+  static const Row kTable[] = {{"F07ADFN", 96}, {"F08AEFN", 32}, {"F08AFFN", 32}};
   char key[32];
   const int len = int(name_len < 16 ? name_len : 16);
   std::snprintf(key, sizeof key, "ZEB_NB_%.*s", len, name);
