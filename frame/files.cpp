@@ -13,16 +13,6 @@ extern "C" {
 void zeb_f_inquire(int64_t unit, int64_t* state);
 }
 
-// A character argument the routine writes (a record read): the Fortran
-// entry takes a hidden length, the lower layers an explicit one after it.
-#define ZEB_P_ostr(T, n) , char* n, int64_t n##_len
-#define ZEB_FP_ostr(T, n) , char* n
-#define ZEB_HID_ostr(T, n) , size_t n##_len
-#define ZEB_FWD_ostr(n) , n, n##_len
-#define ZEB_FFWD_ostr(n) , n, int64_t(n##_len)
-#define ZEB_TR_ostr(T, n) , zeb::trace::str(#n, n, n##_len)
-#define ZEB_T_ostr(T) , char*, int64_t
-
 namespace {
 
 enum UnitState : int64_t { kNoUnit = 0, kFree = 1, kConnected = 2 };

@@ -6,11 +6,13 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <initializer_list>
 #include <memory>
 #include <new>
 #include <utility>
 
+#include "trace.hpp"
 #include "zeb/types.h"
 
 #define ZEB_API extern "C" __attribute__((visibility("default")))
@@ -134,6 +136,15 @@ void finish_c(ZebError* fail, const char* name, Messages msgs, int64_t ierr,
               const char* errbuf);
 // The start of every C entry.
 void f90_io_init();
+// An entry's coded buffer before the call: blank (all of it only when the
+// trace will show it).
+inline void init_errbuf(char* errbuf) {
+  if (__builtin_expect(trace::on(), 0))
+    std::memset(errbuf, ' ', kErrbufLen);
+  else
+    errbuf[0] = ' ';
+  errbuf[kErrbufLen] = '\0';
+}
 inline void clear_fail(ZebError* fail) {
   if (fail) {
     fail->code = 0;
@@ -147,8 +158,7 @@ inline void fortran_entry(const char* name, Messages msgs, int64_t* ifail, Call&
   y90haan_(&en);
   CurrentEn current(&en);
   char errbuf[kErrbufLen + 1];
-  errbuf[0] = ' ';
-  errbuf[kErrbufLen] = '\0';
+  init_errbuf(errbuf);
   int64_t ierr = *ifail;
   call(&en, errbuf, &ierr);
   if (ierr == 0)
@@ -165,8 +175,7 @@ inline void c_entry(ZebError* fail, const char* name, Messages msgs, Call&& call
   y90haan_(&en);
   CurrentEn current(&en);
   char errbuf[kErrbufLen + 1];
-  errbuf[0] = ' ';
-  errbuf[kErrbufLen] = '\0';
+  init_errbuf(errbuf);
   int64_t ierr = 1;
   call(&en, errbuf, &ierr);
   finish_c(fail, name, msgs, ierr, errbuf);

@@ -19,6 +19,7 @@
 //         val    scalar passed by value       (T)
 //         str    character string; the lower layers take its length as
 //                an explicit argument right after it
+//         ostr   the same for a string the routine writes
 //
 // From the list:
 //   ZEB_LAYERS(stem, ARGS)     the thin entry stem##t_ (errbuf length fixed
@@ -57,6 +58,7 @@
 #define ZEB_P_fun(T, n) , T n
 #define ZEB_P_val(T, n) , T n
 #define ZEB_P_str(T, n) , const char* n, int64_t n##_len
+#define ZEB_P_ostr(T, n) , char* n, int64_t n##_len
 #define ZEB_P(kind, T, n) ZEB_P_##kind(T, n)
 
 // Fortran entry parameters: the result is returned, not passed.
@@ -70,6 +72,7 @@
 #define ZEB_FP_fun(T, n) ZEB_P_fun(T, n)
 #define ZEB_FP_val(T, n) ZEB_P_val(T, n)
 #define ZEB_FP_str(T, n) , const char* n
+#define ZEB_FP_ostr(T, n) , char* n
 #define ZEB_FP(kind, T, n) ZEB_FP_##kind(T, n)
 
 // Hidden lengths of character arguments, appended after all others.
@@ -83,11 +86,13 @@
 #define ZEB_HID_fun(T, n)
 #define ZEB_HID_val(T, n)
 #define ZEB_HID_str(T, n) , size_t n##_len
+#define ZEB_HID_ostr(T, n) , size_t n##_len
 #define ZEB_HID(kind, T, n) ZEB_HID_##kind(T, n)
 
 // Forwarding an argument to the next layer down; the Fortran entry passes
 // the address of its result.
 #define ZEB_FWD_str(n) , n, n##_len
+#define ZEB_FWD_ostr(n) , n, n##_len
 #define ZEB_FWD_in(n) , n
 #define ZEB_FWD_out(n) , n
 #define ZEB_FWD_inout(n) , n
@@ -108,6 +113,7 @@
 #define ZEB_FFWD_fun(n) , n
 #define ZEB_FFWD_val(n) , n
 #define ZEB_FFWD_str(n) , n, int64_t(n##_len)
+#define ZEB_FFWD_ostr(n) , n, int64_t(n##_len)
 #define ZEB_FFWD(kind, T, n) ZEB_FFWD_##kind(n)
 
 // Trace lines of the arguments.
@@ -121,6 +127,7 @@
 #define ZEB_TR_fun(T, n) , zeb::trace::fun(#n, n)
 #define ZEB_TR_val(T, n) , zeb::trace::arg(#n, &n)
 #define ZEB_TR_str(T, n) , zeb::trace::str(#n, n, n##_len)
+#define ZEB_TR_ostr(T, n) , zeb::trace::str(#n, n, n##_len)
 
 // Parameter types alone, for function pointer types of callbacks.
 #define ZEB_T_in(T) , const T*
@@ -133,6 +140,7 @@
 #define ZEB_T_fun(T) , T
 #define ZEB_T_val(T) , T
 #define ZEB_T_str(T) , const char*, int64_t
+#define ZEB_T_ostr(T) , char*, int64_t
 #define ZEB_T(kind, T, n) ZEB_T_##kind(T)
 #define ZEB_TR(kind, T, n) ZEB_TR_##kind(T, n)
 

@@ -3,8 +3,6 @@
 // private helper that leaks, fails here.
 #include <gtest/gtest.h>
 
-#include <dirent.h>
-
 #include <fstream>
 #include <set>
 #include <sstream>
@@ -13,18 +11,16 @@
 #include "common/testing.hpp"
 
 TEST(Symbols, ExportedNamesMatchTheGoldenLists) {
+  // The golden lists of the frame and of every chapter built in.
   std::set<std::string> golden;
-  const std::string dir = std::string(ZEB_TEST_DATA) + "/../symbols";
-  DIR* d = opendir(dir.c_str());
-  ASSERT_NE(d, nullptr);
-  while (dirent* e = readdir(d)) {
-    const std::string n = e->d_name;
-    if (n.size() < 5 || n.substr(n.size() - 4) != ".txt") continue;
-    std::ifstream f(dir + "/" + n);
+  std::istringstream lists(ZEB_SYMBOL_LISTS);
+  std::string list;
+  while (std::getline(lists, list, ',')) {
+    std::ifstream f(std::string(ZEB_TEST_DATA) + "/../symbols/" + list + ".txt");
     std::string s;
     while (f >> s) golden.insert(s);
   }
-  closedir(d);
+  ASSERT_GT(golden.size(), 100u);
   const auto r = zebtest::run(std::string("nm -D --defined-only ") + ZEB_LIBRARY_PATH +
                               " | awk '{print $3}'");
   ASSERT_EQ(r.status, 0) << r.err;
