@@ -6,6 +6,7 @@
 #include <random>
 #include <vector>
 
+#include "bench/ratios.hpp"
 #include "zeb.h"
 
 namespace {
@@ -49,4 +50,8 @@ BENCHMARK(BM_std_sort)->Arg(1000000)->Arg(10000000)->Unit(benchmark::kMillisecon
 
 }  // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) {
+  return zebbench::run_with_ratios(argc, argv,
+                                   {{"BM_m01cac/1000000", "BM_std_sort/1000000"},
+                                    {"BM_m01cac/10000000", "BM_std_sort/10000000"}});
+}

@@ -9,6 +9,7 @@ module zeb
     include 'special.fi'
     include 'random.fi'
     include 'sort.fi'
+    include 'quad.fi'
     include 'linalg.fi'
   end interface
 end module zeb

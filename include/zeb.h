@@ -11,6 +11,7 @@
 #include "zeb/special.h"
 #include "zeb/random.h"
 #include "zeb/sort.h"
+#include "zeb/quad.h"
 #include "zeb/linalg.h"
 
 #endif

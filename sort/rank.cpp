@@ -7,6 +7,7 @@
 
 #include "frame/layers.hpp"
 #include "sort/checks.hpp"
+#include "sort/rank.hpp"
 #include "zeb/sort.h"
 
 namespace {
@@ -73,6 +74,45 @@ int64_t list_merge_sort(const double* a, int64_t* link, int64_t n, Before before
 }
 
 }  // namespace
+
+namespace zeb {
+
+// Follows each cycle of the permutation, carrying the elements of every list
+// along; a rank is negated while its cycle has not been visited.  Ranks are
+// counted from `base`.
+static void rearrange_from(double* const* lists, int nlists, int64_t n, int64_t* r,
+                           int64_t base) {
+  for (int64_t i = 0; i < n; ++i) r[i] = -r[i];
+  for (int64_t i = 0; i < n; ++i) {
+    if (r[i] > 0) continue;
+    for (int k = 0; k < nlists; ++k) {
+      double* a = lists[k];
+      double v = a[i];
+      int64_t j = i;
+      for (;;) {
+        const int64_t t = (r[j] < 0 ? -r[j] : r[j]) - base;
+        if (t == i) {
+          a[i] = v;
+          break;
+        }
+        std::swap(v, a[t]);
+        j = t;
+      }
+    }
+    // Mark the cycle visited.
+    int64_t j = i;
+    do {
+      r[j] = -r[j];
+      j = r[j] - base;
+    } while (j != i);
+  }
+}
+
+void rearrange_by_ranks(double* const* lists, int nlists, int64_t n, int64_t* ranks) {
+  rearrange_from(lists, nlists, n, ranks, 1);
+}
+
+}  // namespace zeb
 
 #define M01DA_ARGS(A) \
   A(carr, double, rv) A(in, int64_t, m1) A(in, int64_t, m2) A(chr, char, order) A(arr, int64_t, irank)
@@ -153,23 +193,9 @@ extern "C" void m01eafn_(double* rv, const int64_t* m1p, const int64_t* m2p, int
     }
     r[t] = -r[t];
   }
-  // Every rank is now negative: follow each cycle of the permutation,
-  // restoring the ranks on the way.
-  for (int64_t i = 0; i < n; ++i) {
-    if (r[i] > 0) continue;
-    double v = a[i];
-    int64_t j = i;
-    for (;;) {
-      r[j] = -r[j];
-      const int64_t k = r[j] - m1;
-      if (k == i) {
-        a[i] = v;
-        break;
-      }
-      std::swap(v, a[k]);
-      j = k;
-    }
-  }
+  for (int64_t i = 0; i < n; ++i) r[i] = -r[i];
+  double* const lists[1] = {a};
+  zeb::rearrange_from(lists, 1, n, r, m1);
 }
 
 ZEB_API void m01eac(double rv[], Integer m1, Integer m2, Integer irank[], ZebError* fail) {

@@ -26,6 +26,12 @@ void p01abzu_(Integer *ifail, const Integer *ierr, const char *name, const Integ
 void p01abtn_(const char *errbuf, Integer *msgid, char *lines, Integer *nrec,
               Integer errbuf_len, Integer line_len);
 
+/* Called from inside a user function: asks the library routine that called
+   it to stop as soon as the function returns (its user-stop failure, ifail
+   -1, reporting iflag, or -1 when iflag is 0).  C user functions can set
+   comm->flag negative instead. */
+void p01stf_(const Integer *iflag);
+
 /* ---- Output units (Fortran runtime units; 6 is standard output) ----- */
 
 /* iflag 0: get the error (advisory) message unit; iflag 1: set it. */
