@@ -49,38 +49,27 @@ subroutine zeb_f_open(unit, name, n, mode, ierr) bind(c, name='zeb_f_open')
   character(kind=c_char), intent(in) :: name(*)
   integer(c_int64_t), intent(out) :: ierr
   character(len=n) :: fname
+  character(len=9) :: st, act, pos
   integer :: ios, u
   integer(c_int64_t) :: i
   do i = 1, n
     fname(i:i) = name(i)
   end do
-  ios = 0
+  select case (mode)
+  case (0)
+    st = 'OLD'; act = 'READ'; pos = 'ASIS'
+  case (1)
+    st = 'REPLACE'; act = 'READWRITE'; pos = 'ASIS'
+  case default
+    st = 'UNKNOWN'; act = 'READWRITE'; pos = 'APPEND'
+  end select
   if (unit < 0) then
-    select case (mode)
-    case (0)
-      open (newunit=u, file=fname, status='OLD', action='READ', form='FORMATTED', &
-            access='STREAM', iostat=ios)
-    case (1)
-      open (newunit=u, file=fname, status='REPLACE', form='FORMATTED', &
-            access='STREAM', iostat=ios)
-    case default
-      open (newunit=u, file=fname, position='APPEND', form='FORMATTED', &
-            access='STREAM', iostat=ios)
-    end select
+    open (newunit=u, file=fname, status=st, action=act, position=pos, form='FORMATTED', &
+          access='STREAM', iostat=ios)
     if (ios == 0) unit = u
   else
-    u = int(unit)
-    select case (mode)
-    case (0)
-      open (unit=u, file=fname, status='OLD', action='READ', form='FORMATTED', &
-            access='STREAM', iostat=ios)
-    case (1)
-      open (unit=u, file=fname, status='REPLACE', form='FORMATTED', &
-            access='STREAM', iostat=ios)
-    case default
-      open (unit=u, file=fname, position='APPEND', form='FORMATTED', &
-            access='STREAM', iostat=ios)
-    end select
+    open (unit=int(unit), file=fname, status=st, action=act, position=pos, &
+          form='FORMATTED', access='STREAM', iostat=ios)
   end if
   ierr = merge(0, 1, ios == 0)
 end subroutine zeb_f_open
