@@ -43,15 +43,10 @@ u64 mul60(u64 a, u64 b) { return (a * b) & kMask60; }
 
 int64_t basic_start(int64_t s, int64_t* st) {
   if (s < 1) return kBadSeed;
-  W(st, 1) = 14;
-  W(st, 2) = kTags[1];
-  W(st, 3) = 1;
-  W(st, 4) = 0;
+  put_header(st, 1, 14);
   const u64 x = 2 * (2 * (u64(s) & ((u64(1) << 58) - 1)) + 1);
   put60(st, 9, 302875106592253ULL);  // 13^13
   put60(st, 5, mul60(302875106592253ULL, x));
-  W(st, 13) = 0;
-  W(st, 14) = kTags[1];
   return kOk;
 }
 
@@ -82,12 +77,17 @@ int64_t basic_jump(Steps s, int64_t* st) {
   return 0;
 }
 
-void basic_leap(int64_t n, int64_t k, int64_t* st) {
+}  // namespace
+
+extern "C" void g05klxn_(const int64_t* np, const int64_t* kp, int64_t* st) {
+  const int64_t n = *np, k = *kp;
   const u64 a = get60(st, 9);
   put60(st, 5, mul60(power<u64>(a, lead(n, k, kBasicOrder), 1, mul60), get60(st, 5)));
   put60(st, 9, power<u64>(a, u128(n), 1, mul60));
 }
+ZEB_RNG_SKIPS(x, basic_jump)
 
+namespace {
 // ---------------------------------------------------------------------
 // Wichmann-Hill I and II: four multiplicative congruential components.  A
 // component is named by the words of its value, multiplier and modulus.
@@ -109,7 +109,8 @@ int64_t lcg_jump(Steps s, int64_t* st) {
 }
 
 template <const Comp (&C)[4], int Flag>
-void lcg_leap(int64_t n, int64_t k, int64_t* st) {
+void lcg_leap(const int64_t* np, const int64_t* kp, int64_t* st) {
+  const int64_t n = *np, k = *kp;
   for (const Comp& c : C) {
     const int64_t m = W(st, c.m), a = W(st, c.a);
     W(st, c.x) = mulmod(powmod(a, lead(n, k, u128(m - 1)), m), W(st, c.x), m);
@@ -131,24 +132,18 @@ int64_t wh_start(int64_t s, int64_t m, bool fold) {
 
 extern "C" void g05kfwn_(const int64_t* genid, const int64_t* subid, const int64_t* seed,
                          const int64_t* lseed, int64_t* st, int64_t* lstate, int64_t* code) {
-  *code = init_head(*genid, 2, *lseed, lstate, 18, 18);
-  if (*code != kOk) return;
   int64_t x[4];
-  *code = expand_seed(seed, *lseed, 4, 1, double(kWhFold), st, x);
+  *code = init_seeds(*genid, 2, seed, *lseed, lstate, 18, 18, 4, 1, double(kWhFold), st, x);
   if (*code != kOk) return;
   const int64_t set = ((*subid - 1) % 273 + 273) % 273 + 1;
   const int32_t* row = kWh1Sets[set - 1];
-  W(st, 1) = 18;
-  W(st, 2) = kTags[2];
-  W(st, 3) = 2;
+  put_header(st, 2, 18);
   W(st, 4) = set;
   for (int j = 0; j < 4; ++j) {
     W(st, 5 + j) = wh_start(x[j], row[4 + j], true);
     W(st, 9 + j) = row[j];
     W(st, 13 + j) = row[4 + j];
   }
-  W(st, kWh1Flag) = 0;
-  W(st, 18) = kTags[2];
 }
 
 extern "C" void g05sawn_(const int64_t* n, int64_t* st, double* out) {
@@ -179,15 +174,10 @@ constexpr int64_t kWh2R[4] = {10379, 10479, 19423, 8123};
 
 extern "C" void g05kfsn_(const int64_t* genid, const int64_t*, const int64_t* seed,
                          const int64_t* lseed, int64_t* st, int64_t* lstate, int64_t* code) {
-  *code = init_head(*genid, 4, *lseed, lstate, 26, 26);
-  if (*code != kOk) return;
   int64_t x[4];
-  *code = expand_seed(seed, *lseed, 4, 1, double(kWh2M[3] - 1), st, x);
+  *code = init_seeds(*genid, 4, seed, *lseed, lstate, 26, 26, 4, 1, double(kWh2M[3] - 1), st, x);
   if (*code != kOk) return;
-  W(st, 1) = 26;
-  W(st, 2) = kTags[4];
-  W(st, 3) = 4;
-  W(st, 4) = 0;
+  put_header(st, 4, 26);
   for (int j = 0; j < 4; ++j) {
     W(st, 5 + j) = wh_start(x[j], kWh2M[j], false);
     W(st, 9 + 2 * j) = kWh2A[j];
@@ -195,8 +185,6 @@ extern "C" void g05kfsn_(const int64_t* genid, const int64_t*, const int64_t* se
     W(st, 17 + j) = kWh2Q[j];
     W(st, 21 + j) = kWh2M[j];
   }
-  W(st, kWh2Flag) = 0;
-  W(st, 26) = kTags[4];
 }
 
 extern "C" void g05sasn_(const int64_t* n, int64_t* st, double* out) {
@@ -281,7 +269,8 @@ int64_t mrg_jump(Steps s, int64_t* st) {
   return 0;
 }
 
-void mrg_leap(int64_t n, int64_t k, int64_t* st) {
+void mrg_leap(const int64_t* np, const int64_t* kp, int64_t* st) {
+  const int64_t n = *np, k = *kp;
   for (int c = 0; c < 2; ++c) {
     const Mat a = get_mat(st, c);
     apply(st, c, mat_power(a, lead(n, k, mrg_order(c))));
@@ -293,10 +282,8 @@ void mrg_leap(int64_t n, int64_t k, int64_t* st) {
 
 extern "C" void g05kfen_(const int64_t* genid, const int64_t*, const int64_t* seed,
                          const int64_t* lseed, int64_t* st, int64_t* lstate, int64_t* code) {
-  *code = init_head(*genid, 6, *lseed, lstate, 58, 58);
-  if (*code != kOk) return;
   int64_t x[6];
-  *code = expand_seed(seed, *lseed, 6, 1, double(kM2 - 1), st, x);
+  *code = init_seeds(*genid, 6, seed, *lseed, lstate, 58, 58, 6, 1, double(kM2 - 1), st, x);
   if (*code != kOk) return;
   for (int c = 0; c < 2; ++c) {
     bool nonzero = false;
@@ -308,14 +295,10 @@ extern "C" void g05kfen_(const int64_t* genid, const int64_t*, const int64_t* se
     if (!nonzero) *code = kBadSeed;
   }
   if (*code != kOk) return;
-  std::fill(st, st + 58, 0);
-  W(st, 1) = 58;
-  W(st, 2) = kTags[6];
-  W(st, 3) = 6;
+  put_header(st, 6, 58);
   for (int i = 0; i < 6; ++i) W(st, 5 + i) = x[i];
   put_mat(st, 0, Mat{{{0, 1, 0}, {0, 0, 1}, {kM1 - 810728, 1403580, 0}}, kM1});
   put_mat(st, 1, Mat{{{0, 1, 0}, {0, 0, 1}, {kM2 - 1370589, 0, 527612}}, kM2});
-  W(st, 58) = kTags[6];
 }
 
 extern "C" void g05saen_(const int64_t* n, int64_t* st, double* out) {
@@ -446,10 +429,9 @@ extern "C" void g05kfrn_(const int64_t* genid, const int64_t* subid, const int64
   int64_t k, m;
   acorn_shape(*subid, &k, &m);
   const int64_t len = std::max<int64_t>(14, 9 + m * k);
-  *code = init_head(5, 5, *lseed, lstate, len, len);
-  if (*code != kOk) return;
   std::vector<int64_t> y(static_cast<size_t>(m * k));
-  *code = expand_seed(seed, *lseed, m * k, 1, double(kDigit - 1), st, y.data());
+  *code = init_seeds(5, 5, seed, *lseed, lstate, len, len, m * k, 1, double(kDigit - 1), st,
+                     y.data());
   if (*code != kOk) return;
   for (auto& v : y) {
     if (v <= 0 || v % kDigit == 0) *code = kBadSeed;
@@ -457,16 +439,12 @@ extern "C" void g05kfrn_(const int64_t* genid, const int64_t* subid, const int64
   }
   if (*code != kOk) return;
   y[0] |= 1;  // an odd seed element gives the full period
-  std::fill(st, st + len, 0);
-  W(st, 1) = len;
-  W(st, 2) = kTags[5];
-  W(st, 3) = 5;
+  put_header(st, 5, len);
   W(st, 4) = *subid;
   W(st, 5) = k;
   W(st, 6) = m;
   W(st, 7) = kDigit;
   std::copy(y.begin(), y.end(), st + kAcornElems - 1);
-  W(st, len) = kTags[5];
 }
 
 extern "C" void g05sarn_(const int64_t* n, int64_t* st, double* out) {
@@ -506,22 +484,34 @@ extern "C" void g05sarn_(const int64_t* n, int64_t* st, double* out) {
   }
 }
 
+ZEB_RNG_SKIPS(w, lcg_jump<kWh1>)
+ZEB_RNG_SKIPS(s, lcg_jump<kWh2>)
+ZEB_RNG_SKIPS(e, mrg_jump)
+ZEB_RNG_SKIPS(r, acorn_jump)
+extern "C" void g05klwn_(const int64_t* n, const int64_t* k, int64_t* st) {
+  lcg_leap<kWh1, kWh1Flag>(n, k, st);
+}
+extern "C" void g05klsn_(const int64_t* n, const int64_t* k, int64_t* st) {
+  lcg_leap<kWh2, kWh2Flag>(n, k, st);
+}
+extern "C" void g05klen_(const int64_t* n, const int64_t* k, int64_t* st) { mrg_leap(n, k, st); }
+
 // The Mersenne Twister lives in mt.cpp.
 extern "C" {
 InitFn g05kfun_;
 UniformFn g05saun_;
+SkipFn g05kmun_, g05knun_;
+LeapFn g05klun_;
 }
-int64_t mt_jump(Steps s, int64_t* st);
-void mt_leap(int64_t n, int64_t k, int64_t* st);
 
 const Generator kGenerators[7] = {
-    {nullptr, nullptr, nullptr, nullptr},
-    {g05kfxn_, g05saxn_, basic_jump, basic_leap},
-    {g05kfwn_, g05sawn_, lcg_jump<kWh1>, lcg_leap<kWh1, kWh1Flag>},
-    {g05kfun_, g05saun_, mt_jump, mt_leap},
-    {g05kfsn_, g05sasn_, lcg_jump<kWh2>, lcg_leap<kWh2, kWh2Flag>},
-    {g05kfrn_, g05sarn_, acorn_jump, nullptr},
-    {g05kfen_, g05saen_, mrg_jump, mrg_leap},
+    {nullptr, nullptr, nullptr, nullptr, nullptr},
+    {g05kfxn_, g05saxn_, g05kmxn_, g05knxn_, g05klxn_},
+    {g05kfwn_, g05sawn_, g05kmwn_, g05knwn_, g05klwn_},
+    {g05kfun_, g05saun_, g05kmun_, g05knun_, g05klun_},
+    {g05kfsn_, g05sasn_, g05kmsn_, g05knsn_, g05klsn_},
+    {g05kfrn_, g05sarn_, g05kmrn_, g05knrn_, nullptr},
+    {g05kfen_, g05saen_, g05kmen_, g05knen_, g05klen_},
 };
 
 }  // namespace zeb::rng

@@ -230,10 +230,8 @@ constexpr u128 kDirect = u128(kN) * 16;
 
 extern "C" void g05kfun_(const int64_t* genid, const int64_t*, const int64_t* seed,
                          const int64_t* lseed, int64_t* st, int64_t* lstate, int64_t* code) {
-  *code = init_head(*genid, 3, *lseed, lstate, kLong, kShort);
-  if (*code != kOk) return;
   int64_t x[kN];
-  *code = expand_seed(seed, *lseed, kN, 0, 4294967296.0, st, x);
+  *code = init_seeds(*genid, 3, seed, *lseed, lstate, kLong, kShort, kN, 0, 4294967296.0, st, x);
   if (*code != kOk) return;
   bool live = (x[0] & kUpper) != 0;
   for (int i = 1; i < kN; ++i) live = live || uint32_t(x[i]) != 0;
@@ -242,14 +240,10 @@ extern "C" void g05kfun_(const int64_t* genid, const int64_t*, const int64_t* se
     return;
   }
   const int64_t n = *lstate >= kLong ? kLong : kShort;
-  std::fill(st, st + n, 0);
-  W(st, 1) = n;
-  W(st, 2) = kTags[3];
-  W(st, 3) = 3;
+  put_header(st, 3, n);
   W(st, kStride) = 1;
   W(st, kPos) = kN;
   for (int i = 0; i < kN; ++i) W(st, kBlock + i) = int64_t(uint32_t(x[i]));
-  W(st, n) = kTags[3];
 }
 
 extern "C" void g05saun_(const int64_t* np, int64_t* st, double* x) {
@@ -284,6 +278,7 @@ extern "C" void g05saun_(const int64_t* np, int64_t* st, double* x) {
   store(st, mt);
 }
 
+namespace {
 int64_t mt_jump(Steps s, int64_t* st) {
   if (W(st, 1) < kLong) return kShortState;
   const u128 stride = u128(W(st, kStride));
@@ -317,9 +312,12 @@ int64_t mt_jump(Steps s, int64_t* st) {
   return 0;
 }
 
+}  // namespace
+ZEB_RNG_SKIPS(u, mt_jump)
+
 // The stream reads every n-th word, starting k-1 words on.
-void mt_leap(int64_t n, int64_t k, int64_t* st) {
-  const int64_t stride = W(st, kStride);
+extern "C" void g05klun_(const int64_t* np, const int64_t* kp, int64_t* st) {
+  const int64_t n = *np, k = *kp, stride = W(st, kStride);
   W(st, kPos) += (k - 1) * stride;
   W(st, kStride) = stride * n;
 }

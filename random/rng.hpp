@@ -59,21 +59,32 @@ T power(T base, u128 e, T one, Mul mul) {
 
 // The shared signatures: the initialiser (genid, subid, seed, lseed, state,
 // lstate of the generator's own part, code), the uniform routine (n, state,
-// x), skip-ahead (returns 0, or kShortState when the state has no room for
-// the jump) and leap-frog.
+// x), skip-ahead by n and by 2^e (both return 0, or kShortState when the
+// state has no room for the jump) and leap-frog (n streams, this the k-th).
 using InitFn = void(const int64_t* genid, const int64_t* subid, const int64_t* seed,
                     const int64_t* lseed, int64_t* state, int64_t* lstate, int64_t* code);
 using UniformFn = void(const int64_t* n, int64_t* state, double* x);
-using JumpFn = int64_t(Steps s, int64_t* state);
-using LeapFn = void(int64_t n, int64_t k, int64_t* state);
+using SkipFn = int64_t(const int64_t* n, int64_t* state);
+using LeapFn = void(const int64_t* n, const int64_t* k, int64_t* state);
 constexpr int64_t kShortState = 1;
 
 struct Generator {
   InitFn* init;
   UniformFn* uniform;
-  JumpFn* jump;   // null: no skip-ahead
+  SkipFn* skip;   // by n draws; null: no skip-ahead
+  SkipFn* skip2;  // by 2^e draws
   LeapFn* leap;   // null: no leap-frog
 };
+
+// A generator's two skip-aheads, g05km<x>n_ and g05kn<x>n_, over its one
+// jump routine int64_t jump(Steps, int64_t* state).
+#define ZEB_RNG_SKIPS(x, jump)                                                  \
+  extern "C" int64_t g05km##x##n_(const int64_t* n, int64_t* st) {             \
+    return jump(zeb::rng::Steps{zeb::rng::u128(*n), -1}, st);                  \
+  }                                                                             \
+  extern "C" int64_t g05kn##x##n_(const int64_t* e, int64_t* st) {             \
+    return jump(zeb::rng::Steps{0, *e}, st);                                    \
+  }
 // Indexed by genid 1..6 (entry 0 is empty).
 extern const Generator kGenerators[7];
 
@@ -87,9 +98,16 @@ int64_t expand_seed(const int64_t* seed, int64_t lseed, int64_t count, int64_t l
                     double span, int64_t* state, int64_t* out);
 
 // The common head of every initialiser: genid, lseed, the length query and
-// the length check (code, or kOk with word 1 set to `len`).
+// the length check (code, or kOk).
 int64_t init_head(int64_t genid, int64_t own, int64_t lseed, int64_t* lstate, int64_t len,
                   int64_t minlen);
+// init_head, then the first `count` seed values into out (expand_seed).
+int64_t init_seeds(int64_t genid, int64_t own, const int64_t* seed, int64_t lseed,
+                   int64_t* lstate, int64_t len, int64_t minlen, int64_t count, int64_t lo,
+                   double span, int64_t* state, int64_t* out);
+// Clears words 1..len and writes the length, tag and genid words and the
+// tag again in word len.
+void put_header(int64_t* state, int64_t genid, int64_t len);
 
 }  // namespace zeb::rng
 

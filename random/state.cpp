@@ -37,6 +37,21 @@ int64_t init_head(int64_t genid, int64_t own, int64_t lseed, int64_t* lstate, in
   return kOk;
 }
 
+int64_t init_seeds(int64_t genid, int64_t own, const int64_t* seed, int64_t lseed,
+                   int64_t* lstate, int64_t len, int64_t minlen, int64_t count, int64_t lo,
+                   double span, int64_t* state, int64_t* out) {
+  const int64_t code = init_head(genid, own, lseed, lstate, len, minlen);
+  return code != kOk ? code : expand_seed(seed, lseed, count, lo, span, state, out);
+}
+
+void put_header(int64_t* st, int64_t genid, int64_t len) {
+  std::fill(st, st + len, 0);
+  W(st, 1) = len;
+  W(st, 2) = kTags[genid];
+  W(st, 3) = genid;
+  W(st, len) = kTags[genid];
+}
+
 int64_t expand_seed(const int64_t* seed, int64_t lseed, int64_t count, int64_t lo, double span,
                     int64_t* state, int64_t* out) {
   if (lseed >= count) {

@@ -15,34 +15,29 @@ constexpr char kNoSkipText[] =
     "On entry, cannot use skip-ahead with the base generator defined by state.";
 constexpr char kNoLeapText[] =
     "On entry, cannot use leap-frog with the base generator defined by state.";
+// The Mersenne Twister's short state: one text, two endings naming the
+// initialisation routines of each interface.
+#define ZEB_MT_SHORT(head)                                                   \
+  {4, 4, NE_TOO_SMALL, head "See the initialization routine g05kff or g05kgf.",        \
+   head "See the initialization function zeb_rand_init_repeatable (g05kfc) or "        \
+        "zeb_rand_init_nonrepeatable (g05kgc).",                                        \
+   "NE_ARRAY_SIZE"}
+
 const zeb::Message kSkipMessages[] = {
     state_message(1),
     {2, 2, NE_INT, "On entry, n = %s.\nConstraint: n >= 0."},
     {3, 3, NE_INT_ARRAY, kNoSkipText},
-    {4, 4, NE_TOO_SMALL,
-     "On entry, the base generator is Mersenne Twister, but\n"
-     "the state vector defined on initialization is not large enough\n"
-     "to perform a skip ahead. See the initialization routine g05kff or g05kgf.",
-     "On entry, the base generator is Mersenne Twister, but\n"
-     "the state vector defined on initialization is not large enough\n"
-     "to perform a skip ahead. See the initialization function zeb_rand_init_repeatable "
-     "(g05kfc) or zeb_rand_init_nonrepeatable (g05kgc).",
-     "NE_ARRAY_SIZE"},
+    ZEB_MT_SHORT("On entry, the base generator is Mersenne Twister, but\n"
+                 "the state vector defined on initialization is not large enough\n"
+                 "to perform a skip ahead. "),
 };
 
 const zeb::Message kSkip2Messages[] = {
     state_message(1),
     {2, 2, NE_INT, "On entry, e = %s.\nConstraint: e >= 0."},
     {3, 3, NE_INT_ARRAY, kNoSkipText},
-    {4, 4, NE_TOO_SMALL,
-     "On entry, the state vector defined on initialization is not large\n"
-     "enough to perform a skip-ahead (applies to Mersenne Twister base generator).\n"
-     "See the initialization routine g05kff or g05kgf.",
-     "On entry, the state vector defined on initialization is not large\n"
-     "enough to perform a skip-ahead (applies to Mersenne Twister base generator).\n"
-     "See the initialization function zeb_rand_init_repeatable (g05kfc) or "
-     "zeb_rand_init_nonrepeatable (g05kgc).",
-     "NE_ARRAY_SIZE"},
+    ZEB_MT_SHORT("On entry, the state vector defined on initialization is not large\n"
+                 "enough to perform a skip-ahead (applies to Mersenne Twister base generator).\n"),
 };
 
 const zeb::Message kLeapMessages[] = {
@@ -52,11 +47,16 @@ const zeb::Message kLeapMessages[] = {
     {4, 4, NE_INT_ARRAY, kNoLeapText},
 };
 
-// The common engine of both skip-aheads.
-void skip(Steps s, int64_t* state, char* errbuf, int64_t len, int64_t* ifail) {
-  const Generator& g = kGenerators[W(state, 3)];
-  if (!g.jump) return zeb::fail(errbuf, len, ifail, 3, 3);
-  if (g.jump(s, state) == kShortState) zeb::fail(errbuf, len, ifail, 4, 4);
+// The engine of both skip-aheads: the generator's skip routine (the member
+// `which` of its descriptor) with its count a (n or e).
+void skip(SkipFn* Generator::*which, const int64_t* a, int64_t* state, char* errbuf,
+          int64_t len, int64_t* ifail) {
+  *ifail = 0;
+  if (bad_state(state, 1, 1, errbuf, len, ifail)) return;
+  if (*a < 0) return zeb::fail(errbuf, len, ifail, 2, 2, *a);
+  SkipFn* f = kGenerators[W(state, 3)].*which;
+  if (!f) return zeb::fail(errbuf, len, ifail, 3, 3);
+  if (f(a, state) == kShortState) zeb::fail(errbuf, len, ifail, 4, 4);
 }
 
 }  // namespace
@@ -67,10 +67,7 @@ ZEB_FORTRAN_SUBROUTINE(g05kjf, G05KJ_ARGS, kSkipMessages)
 
 extern "C" void g05kjfn_(const int64_t* n, int64_t* state, char* errbuf, int64_t* ifail,
                          int64_t len) {
-  *ifail = 0;
-  if (bad_state(state, 1, 1, errbuf, len, ifail)) return;
-  if (*n < 0) return zeb::fail(errbuf, len, ifail, 2, 2, *n);
-  skip(Steps{u128(*n), -1}, state, errbuf, len, ifail);
+  skip(&Generator::skip, n, state, errbuf, len, ifail);
 }
 
 #define G05KK_ARGS(A) A(in, int64_t, e) A(arr, int64_t, state)
@@ -79,10 +76,7 @@ ZEB_FORTRAN_SUBROUTINE(g05kkf, G05KK_ARGS, kSkip2Messages)
 
 extern "C" void g05kkfn_(const int64_t* e, int64_t* state, char* errbuf, int64_t* ifail,
                          int64_t len) {
-  *ifail = 0;
-  if (bad_state(state, 1, 1, errbuf, len, ifail)) return;
-  if (*e < 0) return zeb::fail(errbuf, len, ifail, 2, 2, *e);
-  skip(Steps{0, *e}, state, errbuf, len, ifail);
+  skip(&Generator::skip2, e, state, errbuf, len, ifail);
 }
 
 #define G05KH_ARGS(A) A(in, int64_t, n) A(in, int64_t, k) A(arr, int64_t, state)
@@ -97,7 +91,7 @@ extern "C" void g05khfn_(const int64_t* n, const int64_t* k, int64_t* state, cha
   if (*k < 1 || *k > *n) return zeb::fail(errbuf, len, ifail, 3, 3, *k, *n);
   const Generator& g = kGenerators[W(state, 3)];
   if (!g.leap) return zeb::fail(errbuf, len, ifail, 4, 4);
-  g.leap(*n, *k, state);
+  g.leap(n, k, state);
 }
 
 ZEB_API void g05kjc(Integer n, Integer state[], ZebError* fail) {

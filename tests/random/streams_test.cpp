@@ -133,12 +133,28 @@ TEST_P(Streams, LargeSkipsAgree) {
   EXPECT_EQ(ua, draw(b, 20));
   EXPECT_EQ(ua, draw(c, 20));
   EXPECT_EQ(ua, draw(d, 20));
+  // Beyond 64 bits: 2^100 = 2^99 + 2^99.
+  State p = make(GetParam()), q = p;
+  skip2(p, 100);
+  skip2(q, 99);
+  skip2(q, 99);
+  EXPECT_EQ(draw(p, 20), draw(q, 20));
   for (int64_t e : {0, 3, 17}) {
     State x = make(GetParam()), y = x;
     skip2(x, e);
     skip(y, int64_t(1) << e);
     EXPECT_EQ(draw(x, 20), draw(y, 20)) << "e = " << e;
   }
+}
+
+// The Mersenne Twister's recurrence has period 2^19937 - 1 (x^(2^19937) = x
+// modulo its characteristic polynomial), so skipping 2^(19937 + e) draws
+// moves the stream exactly as skipping 2^e draws.
+TEST(BaseGenerators, MersenneTwisterSkipExponentWrapsAtTheDegree) {
+  State a = make(3, {77}), b = a;
+  skip2(a, 19937 + 5);
+  skip2(b, 5);
+  EXPECT_EQ(draw(a, 700), draw(b, 700));
 }
 
 TEST_P(Streams, LeapFrogStreamsInterleaveToTheSequence) {
