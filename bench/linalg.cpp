@@ -100,10 +100,15 @@ void zeb_f07adf(benchmark::State& s) { lu_with(s, f07adf_); }
 void openblas_dgetrf(benchmark::State& s) { lu_with(s, peers().openblas_getrf); }
 void reflapack_dgetrf(benchmark::State& s) { lu_with(s, peers().ref_getrf); }
 
+// Runs a benchmark with the block size of argument 2 set through `var`.
+template <class F>
+void with_block_size(benchmark::State& s, const char* var, F run) {
+  setenv(var, std::to_string(s.range(2)).c_str(), 1);
+  run();
+  unsetenv(var);
+}
 void zeb_f07adf_nb(benchmark::State& s) {
-  setenv("ZEB_NB_F07ADFN", std::to_string(s.range(2)).c_str(), 1);
-  lu_with(s, f07adf_);
-  unsetenv("ZEB_NB_F07ADFN");
+  with_block_size(s, "ZEB_NB_F07ADFN", [&] { lu_with(s, f07adf_); });
 }
 
 void qr_with(benchmark::State& s, geqrf_t geqrf) {
@@ -121,9 +126,7 @@ void openblas_dgeqrf(benchmark::State& s) { qr_with(s, peers().openblas_geqrf); 
 void reflapack_dgeqrf(benchmark::State& s) { qr_with(s, peers().ref_geqrf); }
 
 void zeb_f08aef_nb(benchmark::State& s) {
-  setenv("ZEB_NB_F08AEFN", std::to_string(s.range(2)).c_str(), 1);
-  qr_with(s, f08aef_);
-  unsetenv("ZEB_NB_F08AEFN");
+  with_block_size(s, "ZEB_NB_F08AEFN", [&] { qr_with(s, f08aef_); });
 }
 
 void nb_sweep(benchmark::internal::Benchmark* b) {

@@ -56,6 +56,17 @@ void with_work(int64_t size, int64_t* info, F&& f) {
   f(w.get());
 }
 
+// Runs a routine with LAPACK's workspace query: call(work, lwork) first
+// with lwork = -1 for the size, then with that much workspace.
+template <class Call>
+void with_queried_work(int64_t* info, Call&& call) {
+  double size = 0.0;
+  call(&size, int64_t{-1});
+  if (*info != 0) return;
+  with_work(std::max<int64_t>(1, int64_t(size)), info,
+            [&](double* w) { call(w, std::max<int64_t>(1, int64_t(size))); });
+}
+
 // check(lds) gives the engine's info for leading dimensions lds;
 // run(a, lds, en, info) runs the engine on the column-major matrices a;
 // positive(info) reports a computational failure.

@@ -116,11 +116,7 @@ ZEB_API void f08aec(Zeb_OrderType order, I m, I n, double a[], I pda, double tau
       fail, "f08aec", order, {{"a", a}, {"tau", tau}}, scalars, mats,
       [&](const I* ld) { return geqrf_check(m, n, ld[0], std::max<I>(1, n)); },
       [&](double* const* p, const I* ld, ZebEnData* en, I* info) {
-        double size = 0.0;
-        const I query = -1;
-        f08aeft_(en, &m, &n, p[0], &ld[0], tau, &size, &query, info);
-        const I lwork = std::max<I>(1, I(size));
-        lp::with_work(lwork, info, [&](double* w) {
+        lp::with_queried_work(info, [&](double* w, I lwork) {
           f08aeft_(en, &m, &n, p[0], &ld[0], tau, w, &lwork, info);
         });
       },
@@ -185,11 +181,7 @@ ZEB_API void f08afc(Zeb_OrderType order, I m, I n, I k, double a[], I pda, const
       fail, "f08afc", order, {{"a", a}, {"tau", tau}}, scalars, mats,
       [&](const I* ld) { return orgqr_check(m, n, k, ld[0], std::max<I>(1, n)); },
       [&](double* const* p, const I* ld, ZebEnData* en, I* info) {
-        double size = 0.0;
-        const I query = -1;
-        f08afft_(en, &m, &n, &k, p[0], &ld[0], tau, &size, &query, info);
-        const I lwork = std::max<I>(1, I(size));
-        lp::with_work(lwork, info, [&](double* w) {
+        lp::with_queried_work(info, [&](double* w, I lwork) {
           f08afft_(en, &m, &n, &k, p[0], &ld[0], tau, w, &lwork, info);
         });
       },

@@ -347,3 +347,35 @@ TEST(F08ab, ArgumentErrorsAndCEntries) {
   f08abc(Zeb_ColMajor, 40, 30, 8, col.data(), 40, tc.data(), 7, &f);
   EXPECT_STREQ(f.message, "NE_INT_2:\n  On entry, pdt = 7, nb = 8.\n  Constraint: pdt >= MAX(1, nb).");
 }
+
+TEST(F07af, ArgumentErrors) {
+  double a[4] = {1, 2, 3, 4}, r[2] = {-1, -1}, c[2] = {-1, -1}, s[3] = {-1, -1, -1};
+  I info = 0;
+  const I two = 2, bad = -1, one = 1;
+  std::string out = zebtest::capture_stdout(
+      [&] { f07aff_(&bad, &two, a, &two, r, c, s, s + 1, s + 2, &info); });
+  EXPECT_EQ(info, -1);
+  EXPECT_EQ(out, fortran_line("F07AFF/DGEEQU", 1));
+  out = zebtest::capture_stdout([&] { f07aff_(&two, &two, a, &one, r, c, s, s + 1, s + 2, &info); });
+  EXPECT_EQ(info, -4);
+  EXPECT_EQ(r[0], -1.0);
+  EXPECT_EQ(s[2], -1.0);
+}
+
+// The layers of the LAPACK shape under the argument trace: both blocks are
+// written and the routine's outcome is untouched.
+TEST(F07ad, TracedLayersKeepTheOutcome) {
+  double a[4] = {1, 2, 3, 4};
+  I ipiv[2], info = 9;
+  const I two = 2, set = 1;
+  I on = 1, off = 0;
+  const std::string out = zebtest::capture_stdout([&] {
+    y90gczn_(&set, &on);
+    f07adf_(&two, &two, a, &two, ipiv, &info);
+    y90gczn_(&set, &off);
+  });
+  EXPECT_EQ(info, 0);
+  EXPECT_EQ(ipiv[0], 2);
+  EXPECT_NE(out.find("f07adfv"), std::string::npos) << out;
+  EXPECT_NE(out.find("info"), std::string::npos) << out;
+}
