@@ -252,7 +252,9 @@ class ColumnMajorCopy {
   // False when memory could not be allocated.
   bool make(const OrderedMatrix& m) {
     ld_ = std::max<int64_t>(1, m.rows);
-    buf_.reset(new (std::nothrow) double[size_t(ld_ * std::max<int64_t>(1, m.cols))]);
+    const int64_t cols = std::max<int64_t>(1, m.cols);
+    if (ld_ > int64_t(PTRDIFF_MAX / sizeof(double)) / cols) return false;  // no such array
+    buf_.reset(new (std::nothrow) double[size_t(ld_ * cols)]);
     if (!buf_) return false;
     // The caller's row-major array is cols by rows in column-major terms.
     transpose(m.p, m.pd, m.cols, m.rows, buf_.get(), ld_);
