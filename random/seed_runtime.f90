@@ -1,6 +1,8 @@
 ! The seed of a non-repeatable generator initialisation, from the Fortran
 ! runtime: date and time, processor time, the clock count and the runtime's
-! own random source (seeded from the operating system's entropy).
+! own random source, seeded from the operating system's entropy for the two
+! values taken here; the caller's own random_number stream is put back as
+! it was.
 subroutine zeb_f_nonrepeatable_seed(s1, s2) bind(c, name='zeb_f_nonrepeatable_seed')
   use iso_c_binding, only: c_int64_t
   implicit none
@@ -9,13 +11,16 @@ subroutine zeb_f_nonrepeatable_seed(s1, s2) bind(c, name='zeb_f_nonrepeatable_se
   integer :: dt(8)
   integer(kind=8) :: count, r
   real(kind=8) :: u, v, t
-  logical, save :: seeded = .false.
-  if (.not. seeded) then
-    call random_seed()
-    seeded = .true.
-  end if
-  call date_and_time(values=dt)
+  integer :: nseed
+  integer, allocatable :: saved(:)
+  call random_seed(size=nseed)
+  allocate (saved(nseed))
+  call random_seed(get=saved)
+  call random_seed()
   call random_number(u)
+  call random_number(v)
+  call random_seed(put=saved)
+  call date_and_time(values=dt)
   call cpu_time(t)
   r = mod(dt(1), 10)
   r = r * 100 + dt(2)
@@ -30,6 +35,5 @@ subroutine zeb_f_nonrepeatable_seed(s1, s2) bind(c, name='zeb_f_nonrepeatable_se
   if (r < 1) r = 1
   s1 = r
   call system_clock(count)
-  call random_number(v)
   s2 = mod(count, 1073741823_c_int64_t) + int(real(big, 8) * v / 2.0d0, 8)
 end subroutine zeb_f_nonrepeatable_seed

@@ -241,3 +241,9 @@ TEST(NonRepeatable, InitialisesEveryGeneratorWithDistinctSeeds) {
     EXPECT_NE(draw(a, 8), draw(b, 8)) << genid;
   }
 }
+
+TEST(NonRepeatable, LeavesTheCallersFortranRandomStreamAlone) {
+  const auto r = zebtest::run(zebtest::prog("random_nonrep_client"));
+  EXPECT_EQ(r.status, 0);
+  EXPECT_EQ(r.out, "ifail = 0, stream unchanged: T\n");
+}
