@@ -10,6 +10,7 @@ module zeb
     include 'random.fi'
     include 'sort.fi'
     include 'quad.fi'
+    include 'roots.fi'
     include 'linalg.fi'
   end interface
 end module zeb

@@ -12,6 +12,7 @@
 #include "zeb/random.h"
 #include "zeb/sort.h"
 #include "zeb/quad.h"
+#include "zeb/roots.h"
 #include "zeb/linalg.h"
 
 #endif

@@ -1,0 +1,145 @@
+// c05ay: a zero of a continuous user function f in [a, b], f(a) and f(b)
+// of opposite signs: the direct form of c05az, calling f through the
+// callback shims until the bracket is within eps (absolute) of the zero or
+// |f(x)| < eta.
+#include <cmath>
+
+#include "frame/layers.hpp"
+#include "roots/c05.hpp"
+#include "zeb/roots.h"
+
+extern "C" void c05azfn_(double* x, double* y, const double* fx, const double* tolx,
+                         const int64_t* ir, double* c, int64_t* ind, char* errbuf,
+                         int64_t* ifail, int64_t errbuf_len);
+
+namespace {
+
+const zeb::Message kC05ayMessages[] = {
+    {1, 1, NE_REAL, "On entry, eps = %s.\nConstraint: eps > 0.0."},
+    {1, 2, NE_REAL_2, "On entry, a = %s and b = %s.\nConstraint: a and b must not be equal."},
+    {1, 3, NE_FUNC_END_VAL,
+     "On entry, f(a) and f(b) have the same sign with neither equalling 0.0:\n"
+     "f(a) = %s and f(b) = %s.",
+     nullptr, "NE_NOT_SIGN_CHANGE"},
+    {2, 4, NE_XTOL_TOO_SMALL,
+     "The tolerance eps has been set too small for the problem\n"
+     "being solved. However, the value x returned may well\n"
+     "be a good approximation to the zero.\n"
+     "eps = %s.",
+     nullptr, "NW_TOO_MUCH_ACC_REQUESTED"},
+    {3, 5, NE_PROBABLE_POLE,
+     "The final interval may contain a pole rather than a zero.\n"
+     "Note that this error exit is not completely reliable: it may be taken\n"
+     "in extreme cases when [a,b] contains a zero, or it may not be taken\n"
+     "when [a,b] contains a pole.\n"
+     "Both these cases occur most frequently when eps is large."},
+    {-1, 6, NE_USER_STOP, "User requested termination, user flag value = %s."},
+};
+
+typedef void (*C05ayMarshal)(zeb::RealFn1, ZebEnData*, const double*, double*, int64_t*,
+                             double*);
+
+inline void c05ay_adapt(zeb::RealFn1 f, ZebEnData* en, const double* x, double* retval,
+                        int64_t*, double*) {
+  zeb::call_real1(f, en, x, retval);
+}
+
+constexpr int64_t kAbsolute = 1;  // the error control of the direct form
+
+}  // namespace
+
+// The adapter: calls a user function of the form real function of x and
+// stores its value through the result argument.
+ZEB_API void c05ayf_fh_(zeb::RealFn1 f, ZebEnData* en_data, const double* x, double* retval,
+                        int64_t* iuser, double* ruser) {
+  c05ay_adapt(f, en_data, x, retval, iuser, ruser);
+}
+
+#define C05AY_FH_ARGS(A) \
+  A(in, double, x) A(out, double, retval) A(arr, int64_t, iuser) A(arr, double, ruser)
+ZEB_CALLBACK_SHIMS(c05ayf, fh, "c05ayfv:f", zeb::RealFn1, C05AY_FH_ARGS, c05ay_adapt)
+
+#define C05AY_ARGS(A)                                                                       \
+  A(in, double, a) A(in, double, b) A(in, double, eps) A(in, double, eta)                    \
+  A(fun, C05ayMarshal, marshal) A(fun, zeb::RealFn1, f) A(out, double, x)
+ZEB_LAYERS_EN(c05ayf, C05AY_ARGS)
+
+extern "C" void c05ayfn_(ZebEnData* en, const double* a, const double* b, const double* eps,
+                         const double* eta, C05ayMarshal marshal, zeb::RealFn1 fun, double* x,
+                         char* errbuf, int64_t* ifail, int64_t errbuf_len) {
+  *ifail = 0;
+  if (!(*eps > 0.0)) return zeb::fail(errbuf, errbuf_len, ifail, 1, 1, *eps);
+  if (*a == *b) return zeb::fail(errbuf, errbuf_len, ifail, 1, 2, *a, *b);
+  zeb::with_real1(
+      marshal == c05ayf_internal_fh_, en, fun,
+      [&](double t, double& ft) { return c05ayf_print_fh_(marshal, fun, en, &t, &ft, nullptr, nullptr); },
+      [&](auto&& f) {
+        double xx = *a, yy = *b, fx = 0.0, c[17] = {};
+        double fa = 0.0, fb = 0.0;
+        int64_t ind = 1, ifl = 0, nf = 0;
+        char eb[zeb::kErrbufLen];
+        // f is called once per abscissa: a request for a point already
+        // evaluated (the check of the converged point, which is the last
+        // iterate or the contrapoint) is answered from the values kept.
+        constexpr int kKept = 64;
+        double kept_x[kKept], kept_f[kKept];
+        for (;;) {
+          c05azfn_(&xx, &yy, &fx, eps, &kAbsolute, c, &ind, eb, &ifl, zeb::kErrbufLen);
+          if (ind == 0) break;
+          bool known = false;
+          for (int64_t k = nf - 1; k >= 0 && k >= nf - kKept && !known; --k) {
+            if (kept_x[k % kKept] == xx) {
+              fx = kept_f[k % kKept];
+              known = true;
+            }
+          }
+          if (known) continue;
+          if (!f(xx, fx)) {
+            *x = xx;
+            return zeb::fail(errbuf, errbuf_len, ifail, -1, 6,
+                             en->user_stop != 0 ? en->user_stop : -1);
+          }
+          kept_x[nf % kKept] = xx;
+          kept_f[nf % kKept] = fx;
+          if (++nf == 1) fa = fx;
+          if (nf == 2) fb = fx;
+          if (fx == 0.0 || std::fabs(fx) < *eta) {  // the residual test
+            *x = xx;
+            return;
+          }
+        }
+        *x = xx;
+        switch (ifl) {
+          case 0: break;
+          case 1: zeb::fail(errbuf, errbuf_len, ifail, 1, 3, fa, fb); break;
+          case 5: zeb::fail(errbuf, errbuf_len, ifail, 2, 4, *eps); break;
+          case 4: zeb::fail(errbuf, errbuf_len, ifail, 3, 5); break;
+          default: zeb::fail(errbuf, errbuf_len, ifail, zeb::kInternal, zeb::kInternal); break;
+        }
+      });
+}
+
+ZEB_API void c05ayf_(const double* a, const double* b, const double* eps, const double* eta,
+                     zeb::RealFn1 f, double* x, int64_t* ifail) {
+  zeb::fortran_entry("c05ayf", kC05ayMessages, ifail, [&](ZebEnData* en, char* eb, int64_t* ie) {
+    c05ayft_(en, a, b, eps, eta, c05ayf_internal_fh_, f, x, eb, ie, zeb::kErrbufLen);
+  });
+}
+
+ZEB_API void c05ayc(double a, double b, double eps, double eta,
+                    double (*f)(double x, Zeb_Comm* comm), double* x, Zeb_Comm* comm,
+                    ZebError* fail) {
+  static const char kName[] = "c05ayc";
+  zeb::f90_io_init();
+  zeb::clear_fail(fail);
+  if (!f) return zeb::c_fail(fail, kName, NE_BAD_PARAM, "f");
+  if (!x) return zeb::c_fail(fail, kName, NE_BAD_PARAM, "x");
+  Zeb_Comm own{};
+  if (!comm) comm = &own;
+  zeb::c_entry(fail, kName, kC05ayMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
+    zeb::set_c_function(en, f, comm);
+    c05ayft_(en, &a, &b, &eps, &eta, c05ayf_internal_fh_,
+             reinterpret_cast<zeb::RealFn1>(reinterpret_cast<void (*)(void)>(f)), x, eb, ie,
+             zeb::kErrbufLen);
+  });
+}
