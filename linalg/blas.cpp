@@ -134,9 +134,14 @@ ZEB_API void f06aazn_(ZebEnData* en, const char* srname, const int64_t* info,
   zeb::write_record(en, zeb::g_error_unit, line, k);
 }
 
-// Block sizes of the blocked engines, measured on this library's BLAS (see
-// bench/linalg.cpp).  ZEB_NB_<NAME> in the environment (ZEB_NB_F07ADFN=96)
-// replaces a value, for tuning.
+// Block sizes of the blocked engines, measured on this library's BLAS with
+// the block-size sweeps of bench/linalg.cpp (OpenBLAS 0.3.21, 2-core AVX-512
+// machine shared with other work, so within some 10 percent):
+//   F07ADFN  96: one thread, n = 500 to 4000, 64 to 128 alike, 32 slower by
+//            5 to 10 percent at n >= 2000, 192 and more slower at n = 4000;
+//   F08AEFN, F08AFFN  32: 32 and 64 alike within the noise.
+// ZEB_NB_<NAME> in the environment (ZEB_NB_F07ADFN=96) replaces a value,
+// for tuning.
 ZEB_API int64_t f07zazn_(const char* name, const int64_t* m, const int64_t* n,
                          int64_t name_len) {
   struct Row {
