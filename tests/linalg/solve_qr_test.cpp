@@ -219,7 +219,7 @@ TEST(F08ae, AgreesWithReferenceAndReproducesA) {
     const I k = std::min(m, n);
     const Mat q = our_q(x, k);
     const double res = ref::max_abs(minus(ref::multiply(q, upper(x.a, k)), a)) / ref::max_abs(a);
-    EXPECT_LT(res, 1e-14 * std::sqrt(double(m))) << m << " by " << n;
+    EXPECT_LT(res, 1e-14) << m << " by " << n;
     EXPECT_LT(ref::max_abs(minus(ref::multiply(ref::transpose(q), q), identity(k))), 1e-13);
     // Reference dorgqr on the reference factors.
     Mat qr = q;
