@@ -24,6 +24,10 @@
 
 namespace {
 
+// max and min as the classic codes write them (no library call).
+inline double dmax(double a, double b) { return a > b ? a : b; }
+inline double dmin(double a, double b) { return a < b ? a : b; }
+
 constexpr double kEpmach = 0x1p-53;                 // 1.1102230246251565e-16
 constexpr double kUflow = 2.2250738585072014e-308;
 constexpr double kOflow = DBL_MAX / 4;              // "not yet set"
@@ -111,8 +115,8 @@ inline bool qk21(F& f, double a1, double b1, Rule& r) {
   resasc *= dhlgth;
   double abserr = std::fabs((resk - resg) * hlgth);
   if (resasc != 0.0 && abserr != 0.0)
-    abserr = resasc * std::fmin(1.0, std::pow(200.0 * abserr / resasc, 1.5));
-  if (resabs > kRuleFloorMin) abserr = std::fmax(kRuleFloor * resabs, abserr);
+    abserr = resasc * dmin(1.0, std::pow(200.0 * abserr / resasc, 1.5));
+  if (resabs > kRuleFloorMin) abserr = dmax(kRuleFloor * resabs, abserr);
   r.abserr = abserr;
   r.resabs = resabs;
   r.resasc = resasc;
@@ -179,7 +183,7 @@ void epsilon(int64_t& n, double* epstab, double& result, double& abserr, double*
   abserr = kOflow;
   result = epstab[n];
   if (n < 3) {
-    abserr = std::fmax(abserr, kEpsFloor * std::fabs(result));
+    abserr = dmax(abserr, kEpsFloor * std::fabs(result));
     return;
   }
   epstab[n + 2] = epstab[n];
@@ -193,19 +197,19 @@ void epsilon(int64_t& n, double* epstab, double& result, double& abserr, double*
     const double e0 = epstab[k3], e1 = epstab[k2], e2 = res;
     const double e1abs = std::fabs(e1);
     const double delta2 = e2 - e1, err2 = std::fabs(delta2);
-    const double tol2 = std::fmax(std::fabs(e2), e1abs) * kEpmach;
+    const double tol2 = dmax(std::fabs(e2), e1abs) * kEpmach;
     const double delta3 = e1 - e0, err3 = std::fabs(delta3);
-    const double tol3 = std::fmax(e1abs, std::fabs(e0)) * kEpmach;
+    const double tol3 = dmax(e1abs, std::fabs(e0)) * kEpmach;
     if (err2 <= tol2 && err3 <= tol3) {
       // e0, e1 and e2 agree to machine accuracy: converged.
       result = res;
-      abserr = std::fmax(err2 + err3, kEpsFloor * std::fabs(result));
+      abserr = dmax(err2 + err3, kEpsFloor * std::fabs(result));
       return;
     }
     const double e3 = epstab[k1];
     epstab[k1] = e1;
     const double delta1 = e1 - e3, err1 = std::fabs(delta1);
-    const double tol1 = std::fmax(e1abs, std::fabs(e3)) * kEpmach;
+    const double tol1 = dmax(e1abs, std::fabs(e3)) * kEpmach;
     // Two elements very close, or irregular behaviour: cut the table.
     if (err1 <= tol1 || err2 <= tol2 || err3 <= tol3) {
       n = i + i - 1;
@@ -246,7 +250,7 @@ void epsilon(int64_t& n, double* epstab, double& result, double& abserr, double*
     res3la[2] = res3la[3];
     res3la[3] = result;
   }
-  abserr = std::fmax(abserr, kEpsFloor * std::fabs(result));
+  abserr = dmax(abserr, kEpsFloor * std::fabs(result));
 }
 
 double sum_results(const double* rlist, int64_t last) {
@@ -285,7 +289,7 @@ void adaptive(F& f, double a, double b, double epsabs, double epsrel, int64_t li
   abserr = r0.abserr;
   const double defabs = r0.resabs, resabs = r0.resasc;
   const double dres = std::fabs(result);
-  double errbnd = std::fmax(epsabs, epsrel * dres);
+  double errbnd = dmax(epsabs, epsrel * dres);
   rlist[1] = result;
   elist[1] = abserr;
   iord[1] = 1;
@@ -332,7 +336,7 @@ void adaptive(F& f, double a, double b, double epsabs, double epsrel, int64_t li
       }
       rlist[maxerr] = area1;
       rlist[last] = area2;
-      errbnd = std::fmax(epsabs, epsrel * std::fabs(area));
+      errbnd = dmax(epsabs, epsrel * std::fabs(area));
       // The half with the larger error keeps maxerr; on a tie the left half
       // goes to last.
       if (error2 >= error1) {
@@ -358,7 +362,7 @@ void adaptive(F& f, double a, double b, double epsabs, double epsrel, int64_t li
       if (last == limit) ier = 1;
       if (iroff1 + iroff2 >= 10 || iroff3 >= 20) ier = 2;
       if (iroff2 >= 5) ierro = 3;
-      if (std::fmax(std::fabs(a1), std::fabs(b2)) <= kTooSmall * (std::fabs(a2) + kTooSmallAbs)) {
+      if (dmax(std::fabs(a1), std::fabs(b2)) <= kTooSmall * (std::fabs(a2) + kTooSmallAbs)) {
         ier = 4;
         break;
       }
@@ -415,7 +419,7 @@ void adaptive(F& f, double a, double b, double epsabs, double epsrel, int64_t li
         abserr = abseps;
         result = reseps;
         correc = erlarg;
-        ertest = std::fmax(epsabs, epsrel * std::fabs(reseps));
+        ertest = dmax(epsabs, epsrel * std::fabs(reseps));
         if (abserr <= ertest) {
           if (ier == 1) ier = 0;
           break;
@@ -447,7 +451,7 @@ void adaptive(F& f, double a, double b, double epsabs, double epsrel, int64_t li
         }
       }
       if (!summed && divergence_test &&
-          !(ksgn == -1 && std::fmax(std::fabs(result), std::fabs(area)) <= defabs * 0.01)) {
+          !(ksgn == -1 && dmax(std::fabs(result), std::fabs(area)) <= defabs * 0.01)) {
         if (0.01 > result / area || result / area > 100.0 || errsum > std::fabs(area)) ier = 6;
       }
     } else {

@@ -87,7 +87,8 @@ extern "C" void c05ayfn_(ZebEnData* en, const double* a, const double* b, const 
           c05azfn_(&xx, &yy, &fx, eps, &kAbsolute, c, &ind, eb, &ifl, zeb::kErrbufLen);
           if (ind == 0) break;
           bool known = false;
-          for (int64_t k = nf - 1; k >= 0 && k >= nf - kKept && !known; --k) {
+          const bool final_check = c[9] != 0.0;  // c(10): converged
+          for (int64_t k = nf - 1; final_check && k >= 0 && k >= nf - kKept && !known; --k) {
             if (kept_x[k % kKept] == xx) {
               fx = kept_f[k % kKept];
               known = true;

@@ -21,6 +21,10 @@
 
 namespace {
 
+// max and min as the classic codes write them (no library call).
+inline double dmax(double a, double b) { return a > b ? a : b; }
+inline double dmin(double a, double b) { return a < b ? a : b; }
+
 constexpr double kEpmach = 0x1p-53;
 
 const zeb::Message kC05azMessages[] = {
@@ -114,7 +118,7 @@ extern "C" void c05azfn_(double* x, double* y, const double* fxp, const double* 
       zeb::fail(errbuf, errbuf_len, ifail, 1, 1, fa, fb);
       return;
     }
-    c[9] = std::fmax(std::fabs(fa), std::fabs(fb));
+    c[9] = dmax(std::fabs(fa), std::fabs(fb));
     zeb::c05_new_bracket(a, fa, b, cc, fc, d, e);
   } else {  // state 4: f at the point handed out last
     b = *x;
@@ -141,7 +145,7 @@ extern "C" void c05azfn_(double* x, double* y, const double* fxp, const double* 
     fb = fc;
     fc = fa;
   }
-  const double tol = tolx * std::fmax(relw * std::fabs(b), absw);
+  const double tol = tolx * dmax(relw * std::fabs(b), absw);
   const double xm = 0.5 * (cc - b);
   const double epsb = kEpmach * std::fabs(b);
   if (tol >= std::fabs(xm) || fb == 0.0) {

@@ -463,6 +463,7 @@ TEST(D01ajUserStop, EndsTheIntegrationAtOnce) {
             " ** ZEB soft failure - control returned\n");
   // The request does not outlive the call.
   g_stop_at = 0;
+  g_f = [](double x) { return 1 / std::sqrt(x); };
   EXPECT_EQ(d01aj(0, 1, 0, 1e-10, 100).ifail, 0);
 }
 
