@@ -19,6 +19,7 @@ Table g{};
 namespace {
 
 constexpr const char* kDefaultLibrary = "libopenblas64.so.0";
+constexpr const char* kFallbackLibrary = "libblas64.so.3";
 
 struct State {
   bool ok = false;
@@ -62,10 +63,17 @@ bool open_blas(State& s) {
   const char* base = std::strrchr(s.path, '/');
   const bool openblas = std::strstr(base ? base : s.path, "openblas") != nullptr;
   const char* coretype = choose_coretype(openblas);
-  void* h = dlopen(s.path, RTLD_NOW | RTLD_LOCAL | RTLD_DEEPBIND);
+  constexpr int kFlags = RTLD_NOW | RTLD_LOCAL | RTLD_DEEPBIND;
+  void* h = dlopen(s.path, kFlags);
   if (!h) {
     const char* e = dlerror();
-    return fail_with(s, "%s", e ? e : "dlopen failed");
+    char first[sizeof s.reason];
+    std::snprintf(first, sizeof first, "%s", e ? e : "dlopen failed");
+    // Without a choice of the user's, Debian's ILP64 BLAS of any provider.
+    if (env && *env) return fail_with(s, "%s", first);
+    h = dlopen(kFallbackLibrary, kFlags);
+    if (!h) return fail_with(s, "%s", first);
+    std::snprintf(s.path, sizeof s.path, "%s", kFallbackLibrary);
   }
   Table t{};
 #define ZEB_BLAS_SYM(name, R, P)                                      \

@@ -10,7 +10,8 @@
 //
 // Environment:
 //   ZEB_BLAS_LIBRARY   file name or path of the ILP64 BLAS to load
-//                      (default libopenblas64.so.0);
+//                      (default libopenblas64.so.0, or libblas64.so.3 when
+//                      that is missing);
 //   OPENBLAS_CORETYPE  never changed when set; when it is not set, the BLAS
 //                      is OpenBLAS and the processor has AVX-512, the library
 //                      sets it to SkylakeX before the load (OpenBLAS 0.3.21

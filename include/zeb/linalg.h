@@ -13,7 +13,9 @@
    of other libraries in the process (Ipopt and its sparse solver).
      ZEB_BLAS_LIBRARY   the BLAS to load, a file name or a path
                         (default libopenblas64.so.0, Debian package
-                        libopenblas64-0-pthread or libopenblas64-0-openmp);
+                        libopenblas64-0-pthread or libopenblas64-0-openmp,
+                        and when that is missing libblas64.so.3, Debian's
+                        ILP64 BLAS of whichever provider is installed);
      OPENBLAS_CORETYPE  left as it is when set; when it is not set, the BLAS
                         is OpenBLAS and the processor has AVX-512, the
                         library sets it to SkylakeX before the load, since
