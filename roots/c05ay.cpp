@@ -8,10 +8,6 @@
 #include "roots/c05.hpp"
 #include "zeb/roots.h"
 
-extern "C" void c05azfn_(double* x, double* y, const double* fx, const double* tolx,
-                         const int64_t* ir, double* c, int64_t* ind, char* errbuf,
-                         int64_t* ifail, int64_t errbuf_len);
-
 namespace {
 
 const zeb::Message kC05ayMessages[] = {
@@ -77,14 +73,15 @@ extern "C" void c05ayfn_(ZebEnData* en, const double* a, const double* b, const 
         double xx = *a, yy = *b, fx = 0.0, c[17] = {};
         double fa = 0.0, fb = 0.0;
         int64_t ind = 1, ifl = 0, nf = 0;
-        char eb[zeb::kErrbufLen];
+        double v1, v2;
         // f is called once per abscissa: a request for a point already
         // evaluated (the check of the converged point, which is the last
         // iterate or the contrapoint) is answered from the values kept.
         constexpr int kKept = 64;
         double kept_x[kKept], kept_f[kKept];
         for (;;) {
-          c05azfn_(&xx, &yy, &fx, eps, &kAbsolute, c, &ind, eb, &ifl, zeb::kErrbufLen);
+          // The reverse-communication method (its arguments are valid here).
+          ifl = zeb::c05_step(&xx, &yy, fx, *eps, kAbsolute, c, &ind, &v1, &v2);
           if (ind == 0) break;
           bool known = false;
           const bool final_check = c[9] != 0.0;  // c(10): converged
