@@ -38,9 +38,6 @@
 extern "C" {
 #endif
 
-/* Transposition and side options of the C entries. */
-typedef enum { Zeb_NoTrans = 151, Zeb_Trans = 152, Zeb_ConjTrans = 153 } Zeb_TransType;
-typedef enum { Zeb_LeftSide = 161, Zeb_RightSide = 162 } Zeb_SideType;
 
 /* A description of the BLAS in use (file, version, core type and how it was
    chosen), or why it cannot be used, in text (at most len characters with

@@ -15,8 +15,15 @@ typedef int64_t Integer;
 /* Storage order of matrices passed to C entries. */
 typedef enum { Zeb_RowMajor = 101, Zeb_ColMajor = 102 } Zeb_OrderType;
 
+/* Every enumerated value of the library is distinct, so that a value of one
+   type passed for another is refused. */
+
 /* Sort order of the sorting routines. */
 typedef enum { Zeb_Ascending = 111, Zeb_Descending = 112 } Zeb_SortOrder;
+
+/* Transposition and side options of the linear-algebra routines. */
+typedef enum { Zeb_NoTrans = 171, Zeb_Trans = 172, Zeb_ConjTrans = 173 } Zeb_TransType;
+typedef enum { Zeb_LeftSide = 181, Zeb_RightSide = 182 } Zeb_SideType;
 
 /* Matrix shape and diagonal of the matrix printers. */
 typedef enum { Zeb_GeneralMatrix = 121, Zeb_LowerMatrix = 122, Zeb_UpperMatrix = 123 } Zeb_MatrixType;
@@ -76,7 +83,7 @@ typedef struct {
 
 /* Error-control kinds of the zero finders: tolerance tolx*max(|x|, 1),
    tolx alone, or tolx*|x|. */
-typedef enum { Zeb_Mixed = 151, Zeb_Absolute = 152, Zeb_Relative = 153 } Zeb_ErrorControl;
+typedef enum { Zeb_Mixed = 191, Zeb_Absolute = 192, Zeb_Relative = 193 } Zeb_ErrorControl;
 
 /* The communication structure passed to every user function of a C entry.
    The library never reads iuser, ruser or user: they carry the caller's data
