@@ -268,10 +268,4 @@ void finish_c(ZebError* fail, const char* name, Messages msgs, int64_t ierr,
   p01acc_c(nullptr, NE_INTERNAL_ERROR, name, fail);
 }
 
-void f90_io_init() {
-  // The Fortran runtime initialises its units when it is loaded; what the C
-  // side must add is an ordering rule: C's standard output is flushed
-  // before the library writes a record on a unit (see the record writer).
-}
-
 }  // namespace zeb

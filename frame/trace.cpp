@@ -8,11 +8,7 @@
 
 int64_t zeb_trace_switch = 0;
 
-ZEB_API void y90haan_(ZebEnData* en) {
-  std::memset(en, 0, sizeof *en);
-  en->direct_call = 1;
-  en->flag = 1;
-}
+ZEB_API void y90haan_(ZebEnData* en) { zeb::init_en(en); }
 
 // Trace switch: flag 0 reads it into value, any other flag sets it.
 ZEB_API void y90gczn_(const int64_t* flag, int64_t* value) {
