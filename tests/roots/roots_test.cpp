@@ -12,24 +12,16 @@
 #include <vector>
 
 #include "common/testing.hpp"
+#include "common/userfn.hpp"
 #include "zeb.h"
 
 namespace {
 
-std::function<double(double)> g_f;
-long g_calls = 0;
-double fortran_f(const double* x) {
-  ++g_calls;
-  return g_f(*x);
-}
-double c_f(double x, Zeb_Comm*) {
-  ++g_calls;
-  return g_f(x);
-}
-double gsl_f(double x, void*) {
-  ++g_calls;
-  return g_f(x);
-}
+using zebtest::c_f;
+using zebtest::fortran_f;
+using zebtest::g_calls;
+using zebtest::g_f;
+using zebtest::gsl_f;
 
 struct Rc {
   std::vector<int64_t> inds;  // ind after each call
