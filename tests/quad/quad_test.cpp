@@ -370,6 +370,27 @@ TEST(D01ajArguments, EqualEndPointsNegativeAndZeroTolerances) {
   EXPECT_EQ(d01aj(0, 3, 0, 1e-10, 100).result, -d01aj(3, 0, 0, 1e-10, 100).result);
 }
 
+TEST(D01ajArguments, EqualHalvesLeaveTheLeftOneToLast) {
+  // An even integrand on [-1, 1]: the two halves of the first bisection
+  // are mirror images and get bit-identical error estimates.  On such a tie
+  // the left half takes the new index and the right one keeps the index of
+  // the interval bisected, which is then bisected again first: the first
+  // abscissa of the third round (call 64, the centre of its left quarter)
+  // is 0.25, not -0.25.
+  std::vector<double> xs;
+  g_f = [&xs](double x) {
+    xs.push_back(x);
+    return std::sqrt(std::fabs(x));
+  };
+  const Ours o = d01aj(-1, 1, 0, 1e-10, 100);
+  EXPECT_EQ(o.ifail, 0);
+  ASSERT_GT(xs.size(), 64u);
+  EXPECT_EQ(xs[21], -0.5);  // round 2: the left half, then the right one
+  EXPECT_EQ(xs[42], 0.5);
+  EXPECT_EQ(xs[63], 0.25);
+  EXPECT_EQ(xs[84], 0.75);
+}
+
 TEST(D01ajArguments, ListsOrderedByLeftEndPoint) {
   g_f = [](double x) { return x * x * x * std::log(std::fabs((x * x - 1) * (x * x - 2))); };
   const int64_t limit = 100;
