@@ -115,8 +115,16 @@ bool load() {
 
 const char* failure_text() { return g_state.text; }
 
+namespace {
+thread_local bool g_quiet = false;
+}  // namespace
+
+QuietLoad::QuietLoad() : saved_(g_quiet) { g_quiet = true; }
+QuietLoad::~QuietLoad() { g_quiet = saved_; }
+
 bool ready(ZebEnData* en) {
   if (load()) return true;
+  if (g_quiet) return false;
   char line[400];
   for (const char* t = g_state.text; *t;) {
     const char* eol = std::strchr(t, '\n');

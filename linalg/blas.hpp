@@ -65,8 +65,21 @@ extern Table g;  // filled once by the load
 // is then in failure_text().
 bool load();
 // Loads the BLAS; when it cannot be used, writes the reason on the error
-// unit (" ** " lines) and returns false.
+// unit (" ** " lines, unless a QuietLoad is alive on this thread) and
+// returns false.
 bool ready(ZebEnData* en);
+// While one lives, ready() leaves the reason to the caller (the C entries
+// report it in their fail structure).
+class QuietLoad {
+ public:
+  QuietLoad();
+  ~QuietLoad();
+  QuietLoad(const QuietLoad&) = delete;
+  QuietLoad& operator=(const QuietLoad&) = delete;
+
+ private:
+  bool saved_;
+};
 // The reason, as lines separated by '\n' without a prefix.
 const char* failure_text();
 

@@ -1,7 +1,8 @@
 // The C entries of the LAPACK-style routines, all through one helper:
 // null arrays, argument errors as the routine's info, the storage order
-// (row-major matrices are worked on in column-major copies), the BLAS,
-// and the mapping of info to the fail structure.
+// (row-major matrices are worked on in column-major copies), and the
+// mapping of info (the BLAS that cannot be loaded among it) to the fail
+// structure.
 #pragma once
 
 #include <span>
@@ -103,10 +104,15 @@ void c_entry(ZebError* fail, const char* routine, Zeb_OrderType order,
   } else {
     return c_fail(fail, routine, NE_BAD_PARAM, "order");
   }
-  if (!blas::load()) return report_no_blas(fail, routine);
   ZebEnData en;
   y90haan_(&en);
-  run(a, ld, &en, &info);
+  {
+    // An engine that needs the BLAS and cannot load it gives kNoBlas; one
+    // with nothing to do, or no use for it, runs without it.
+    blas::QuietLoad quiet;
+    run(a, ld, &en, &info);
+  }
+  if (info == blas::kNoBlas) return report_no_blas(fail, routine);
   if (order == Zeb_RowMajor && info >= 0)
     for (size_t i = 0; i < NM; ++i) copy[i].put_back(mats[i].m);
   if (info == 0) {

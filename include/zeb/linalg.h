@@ -26,7 +26,8 @@
                         load with what was loaded and chosen;
      ZEB_NB_F07ADFN, ZEB_NB_F08AEFN, ZEB_NB_F08AFFN
                         block sizes of the blocked routines, for tuning.
-   When the BLAS cannot be loaded, or is not ILP64, a routine returns
+   When the BLAS cannot be loaded, or is not ILP64, a call that needs it
+   (all but those of f07af and those with nothing to compute) returns
    info = -998 (Fortran entries, with the reason on the error unit) or
    NE_NOT_READ_FILE with the reason (C entries); nothing else is touched. */
 #ifndef ZEB_LINALG_H

@@ -207,6 +207,12 @@ TEST(Blas, DISABLED_ChildReport) {
   ZEB_INIT_FAIL(f);
   f07adc(Zeb_ColMajor, 2, 2, a, 2, ipiv, &f);
   std::printf("%s\n", f.message);
+  // Calls with no use for the BLAS succeed without it.
+  f07adc(Zeb_RowMajor, 0, 2, a, 2, ipiv, &f);
+  std::printf("empty f07adc %d\n", f.code);
+  double r[2], c[2], rowcnd = 0, colcnd = 0, amax = 0;
+  f07afc(Zeb_ColMajor, 2, 2, a, 2, r, c, &rowcnd, &colcnd, &amax, &f);
+  std::printf("f07afc %d amax %g\n", f.code, amax);
 }
 
 namespace {
@@ -232,6 +238,18 @@ TEST(Blas, LoadFailures) {
                 "NE_NOT_READ_FILE:\n  The BLAS library /nonexistent/libblas.so could not be used:\n"),
             std::string::npos)
       << missing.out;
+  // The reason reaches the error unit from the Fortran entry only.
+  EXPECT_EQ(missing.out.find(" ** The BLAS library", missing.out.find("info -998")),
+            std::string::npos)
+      << missing.out;
+  EXPECT_NE(missing.out.find("empty f07adc 0\nf07afc 0 amax 4\n"), std::string::npos)
+      << missing.out;
+  // Another ILP64 BLAS named by the user is loaded and used.
+  const auto other = child("ZEB_BLAS_LIBRARY=/usr/lib/x86_64-linux-gnu/libblas64.so.3");
+  EXPECT_NE(other.out.find("rc 0\nBLAS: /usr/lib/x86_64-linux-gnu/libblas64.so.3 (ILP64)"),
+            std::string::npos)
+      << other.out;
+  EXPECT_NE(other.out.find("info 0 a 2 ipiv 2"), std::string::npos) << other.out;
   const auto lp64 = child("ZEB_BLAS_LIBRARY=libblas.so.3");
   EXPECT_NE(lp64.out.find("libblas.so.3 could not be used:\n"
                           "it is not a BLAS with 64-bit integers (ILP64).\n"),
