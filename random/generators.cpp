@@ -1,6 +1,7 @@
 // The congruential base generators (basic, Wichmann-Hill I and II,
 // MRG32k3a), ACORN, and the table of all six.
 #include <algorithm>
+#include <cfloat>
 #include <cmath>
 #include <vector>
 
@@ -79,11 +80,12 @@ int64_t basic_jump(Steps s, int64_t* st) {
 
 }  // namespace
 
-extern "C" void g05klxn_(const int64_t* np, const int64_t* kp, int64_t* st) {
+extern "C" int64_t g05klxn_(const int64_t* np, const int64_t* kp, int64_t* st) {
   const int64_t n = *np, k = *kp;
   const u64 a = get60(st, 9);
   put60(st, 5, mul60(power<u64>(a, lead(n, k, kBasicOrder), 1, mul60), get60(st, 5)));
   put60(st, 9, power<u64>(a, u128(n), 1, mul60));
+  return 0;
 }
 ZEB_RNG_SKIPS(x, basic_jump)
 
@@ -109,7 +111,7 @@ int64_t lcg_jump(Steps s, int64_t* st) {
 }
 
 template <const Comp (&C)[4], int Flag>
-void lcg_leap(const int64_t* np, const int64_t* kp, int64_t* st) {
+int64_t lcg_leap(const int64_t* np, const int64_t* kp, int64_t* st) {
   const int64_t n = *np, k = *kp;
   for (const Comp& c : C) {
     const int64_t m = W(st, c.m), a = W(st, c.a);
@@ -117,15 +119,31 @@ void lcg_leap(const int64_t* np, const int64_t* kp, int64_t* st) {
     W(st, c.a) = powmod(a, u128(n), m);
   }
   W(st, Flag) = 1;
+  return 0;
 }
 
-// A positive seed value as a component's start: values above 16909320 are
-// folded back into 1 .. 16909320 first.
+// A seed value as a component's start, reduced into 1 .. m-1; for
+// Wichmann-Hill I (positive seeds) values above 16909320 are folded back
+// into 1 .. 16909320 first.
 constexpr int64_t kWhFold = 16909320;
 int64_t wh_start(int64_t s, int64_t m, bool fold) {
   if (fold && s > kWhFold) s = (s % kWhFold + 1) % kWhFold + 1;
-  const int64_t x = s % m;
+  const int64_t x = (s % m + m) % m;
   return x == 0 ? 1 : x;
+}
+
+// The deviate of four components when the double sum s = sum x_j/m_j has
+// come out as a whole number, where s - floor(s) would give 0 or 1: the
+// fraction of the exact sum N/D (D the product of the moduli, below 2^124)
+// is never 0, and is taken from the integers instead; `reflect` gives
+// 1 - fraction (Wichmann-Hill I).
+double wh_exact(const int64_t (&x)[4], const int64_t (&m)[4], bool reflect) {
+  u128 d = 1;
+  for (int j = 0; j < 4; ++j) d *= u128(m[j]);
+  u128 r = 0;
+  for (int j = 0; j < 4; ++j) r = (r + u128(x[j]) * (d / u128(m[j]))) % d;
+  const double u = double(reflect ? d - r : r) / double(d);
+  return std::min(u, 0x1.fffffffffffffp-1);
 }
 
 }  // namespace
@@ -135,7 +153,11 @@ extern "C" void g05kfwn_(const int64_t* genid, const int64_t* subid, const int64
   int64_t x[4];
   *code = init_seeds(*genid, 2, seed, *lseed, lstate, 18, 18, 4, 1, double(kWhFold), st, x);
   if (*code != kOk) return;
-  const int64_t set = ((*subid - 1) % 273 + 273) % 273 + 1;
+  for (int64_t v : x)
+    if (v < 1) *code = kBadSeed;
+  if (*code != kOk) return;
+  const int64_t r = (*subid % 273 + 273) % 273;  // subid reduced into 1 .. 273
+  const int64_t set = r == 0 ? 273 : r;
   const int32_t* row = kWh1Sets[set - 1];
   put_header(st, 2, 18);
   W(st, 4) = set;
@@ -160,7 +182,8 @@ extern "C" void g05sawn_(const int64_t* n, int64_t* st, double* out) {
       x[j] = direct ? a[j] * x[j] % m[j] : mulmod(a[j], x[j], m[j]);
       s += double(x[j]) / double(m[j]);
     }
-    out[i] = 1.0 - (s - std::floor(s));
+    const double f = s - std::floor(s);
+    out[i] = f != 0.0 ? 1.0 - f : wh_exact(x, m, true);
   }
   for (int j = 0; j < 4; ++j) W(st, 5 + j) = x[j];
 }
@@ -208,7 +231,8 @@ extern "C" void g05sasn_(const int64_t* n, int64_t* st, double* out) {
       }
       s += double(x[j]) / double(m[j]);
     }
-    out[i] = s - std::trunc(s);
+    const double f = s - std::trunc(s);
+    out[i] = f != 0.0 ? f : wh_exact(x, m, false);
   }
   for (int j = 0; j < 4; ++j) W(st, 5 + j) = x[j];
 }
@@ -269,7 +293,7 @@ int64_t mrg_jump(Steps s, int64_t* st) {
   return 0;
 }
 
-void mrg_leap(const int64_t* np, const int64_t* kp, int64_t* st) {
+int64_t mrg_leap(const int64_t* np, const int64_t* kp, int64_t* st) {
   const int64_t n = *np, k = *kp;
   for (int c = 0; c < 2; ++c) {
     const Mat a = get_mat(st, c);
@@ -277,6 +301,7 @@ void mrg_leap(const int64_t* np, const int64_t* kp, int64_t* st) {
     put_mat(st, c, mat_power(a, u128(n)));
   }
   W(st, kMrgFlag) = 1;
+  return 0;
 }
 }  // namespace
 
@@ -343,6 +368,16 @@ namespace {
 constexpr int64_t kDigit = int64_t(1) << 30;
 constexpr int kAcornElems = 8;
 constexpr int64_t kAcornMaxSubid = 999999;
+
+// Y_k / 2^(30m) is 0 when the element is 0 and rounds to 1 when it lies
+// within half an ulp of 2^(30m): the deviate is kept inside (0, 1), 0 as
+// half the smallest step 2^(-30m) (at least the smallest normal number),
+// 1 as the largest number below 1.
+inline double acorn_open(double u, int64_t m) {
+  if (u >= 1.0) return 0x1.fffffffffffffp-1;
+  if (u > 0.0) return u;
+  return m <= 34 ? std::ldexp(0.5, int(-30 * m)) : DBL_MIN;
+}
 
 void acorn_shape(int64_t subid, int64_t* k, int64_t* m) {
   if (subid <= 0) {
@@ -460,8 +495,9 @@ extern "C" void g05sarn_(const int64_t* n, int64_t* st, double* out) {
     for (int64_t i = 0; i < *n; ++i) {
       for (int64_t j = 1; j < k; ++j) e[size_t(j)] = (e[size_t(j)] + e[size_t(j - 1)]) & mask;
       const u64 v = e[size_t(k - 1)];
-      out[i] = m == 1 ? double(v) * kTwoM30
-                      : (double(v & kMask30) * kTwoM30 + double(v >> 30)) * kTwoM30;
+      out[i] = acorn_open(m == 1 ? double(v) * kTwoM30
+                                 : (double(v & kMask30) * kTwoM30 + double(v >> 30)) * kTwoM30,
+                          m);
     }
     for (int64_t j = 0; j < k; ++j) {
       y[j * m] = int64_t(e[size_t(j)] & kMask30);
@@ -480,7 +516,7 @@ extern "C" void g05sarn_(const int64_t* n, int64_t* st, double* out) {
     }
     double u = 0.0;
     for (int64_t d = 0; d < m; ++d) u = (u + double(y[(k - 1) * m + d])) * kTwoM30;
-    out[i] = u;
+    out[i] = acorn_open(u, m);
   }
 }
 
@@ -488,13 +524,15 @@ ZEB_RNG_SKIPS(w, lcg_jump<kWh1>)
 ZEB_RNG_SKIPS(s, lcg_jump<kWh2>)
 ZEB_RNG_SKIPS(e, mrg_jump)
 ZEB_RNG_SKIPS(r, acorn_jump)
-extern "C" void g05klwn_(const int64_t* n, const int64_t* k, int64_t* st) {
-  lcg_leap<kWh1, kWh1Flag>(n, k, st);
+extern "C" int64_t g05klwn_(const int64_t* n, const int64_t* k, int64_t* st) {
+  return lcg_leap<kWh1, kWh1Flag>(n, k, st);
 }
-extern "C" void g05klsn_(const int64_t* n, const int64_t* k, int64_t* st) {
-  lcg_leap<kWh2, kWh2Flag>(n, k, st);
+extern "C" int64_t g05klsn_(const int64_t* n, const int64_t* k, int64_t* st) {
+  return lcg_leap<kWh2, kWh2Flag>(n, k, st);
 }
-extern "C" void g05klen_(const int64_t* n, const int64_t* k, int64_t* st) { mrg_leap(n, k, st); }
+extern "C" int64_t g05klen_(const int64_t* n, const int64_t* k, int64_t* st) {
+  return mrg_leap(n, k, st);
+}
 
 // The Mersenne Twister lives in mt.cpp.
 extern "C" {

@@ -11,6 +11,7 @@
 // the jump is sum c_i * (block moved by i words), evaluated by Horner's rule
 // with one-word steps on a ring of 624 words.
 #include <algorithm>
+#include <climits>
 #include <cstring>
 #include <vector>
 
@@ -201,9 +202,9 @@ Poly xpow(u128 d) {
   return r;
 }
 
-// Moves the block by the jump polynomial c: block := sum c_i block_i.
-void apply_jump(const Poly& c, uint32_t* mt, int64_t* st) {
-  int64_t* acc = &W(st, kAcc);  // a ring of 624 words in the long state
+// Moves the block by the jump polynomial c: block := sum c_i block_i;
+// acc is a ring of 624 words of workspace.
+void apply_jump(const Poly& c, uint32_t* mt, int64_t* acc) {
   std::fill(acc, acc + kN, 0);
   int start = 0;
   int64_t top = kDeg;
@@ -225,6 +226,23 @@ void apply_jump(const Poly& c, uint32_t* mt, int64_t* st) {
 
 // Below this many words a jump twists block by block instead.
 constexpr u128 kDirect = u128(kN) * 16;
+// A read position this far beyond the block (a leap-frog stream's start
+// or stride) is reached by one jump rather than block by block.
+constexpr int64_t kFar = int64_t(kN) * 4096;
+
+// Brings the read position p into the block: the block is regenerated as
+// often as p has passed its end, by one jump when that is far.
+void settle(uint32_t* mt, u128* p, int64_t* acc) {
+  if (*p >= u128(kFar)) {
+    const u128 blocks = *p / kN;
+    apply_jump(xpow(blocks * kN), mt, acc);
+    *p -= blocks * kN;
+  }
+  while (*p >= u128(kN)) {
+    twist(mt);
+    *p -= kN;
+  }
+}
 
 }  // namespace
 
@@ -248,33 +266,32 @@ extern "C" void g05kfun_(const int64_t* genid, const int64_t*, const int64_t* se
 
 extern "C" void g05saun_(const int64_t* np, int64_t* st, double* x) {
   alignas(64) uint32_t mt[kN];
+  int64_t acc[kN];
   load(st, mt);
   const int64_t n = *np, stride = W(st, kStride);
-  int64_t p = W(st, kPos);
+  u128 p = u128(W(st, kPos));
   if (stride == 1) {
     for (int64_t i = 0; i < n;) {
-      while (p >= kN) {
-        twist(mt);
-        p -= kN;
-      }
-      const int64_t take = std::min<int64_t>(kN - p, n - i);
-      const uint32_t* src = mt + p;
+      settle(mt, &p, acc);
+      const int64_t take = std::min<int64_t>(kN - int64_t(p), n - i);
+      const uint32_t* src = mt + size_t(p);
       double* dst = x + i;
       for (int64_t j = 0; j < take; ++j) dst[j] = to_unit(temper(src[j]));
       i += take;
-      p += take;
+      p += u128(take);
     }
   } else {
+    // A far stride: its whole blocks are one jump, the same after every read.
+    const int64_t blocks = stride >= kFar ? stride / kN : 0;
+    const Poly far = blocks ? xpow(u128(blocks) * kN) : Poly();
     for (int64_t i = 0; i < n; ++i) {
-      while (p >= kN) {
-        twist(mt);
-        p -= kN;
-      }
-      x[i] = to_unit(temper(mt[p]));
-      p += stride;
+      settle(mt, &p, acc);
+      x[i] = to_unit(temper(mt[size_t(p)]));
+      p += u128(stride - blocks * kN);
+      if (blocks) apply_jump(far, mt, acc);
     }
   }
-  W(st, kPos) = p;
+  W(st, kPos) = int64_t(p);
   store(st, mt);
 }
 
@@ -305,7 +322,7 @@ int64_t mt_jump(Steps s, int64_t* st) {
       for (int64_t i = 0; i < s.e % kDeg; ++i) c = sqr_mod(c);
       if (stride > 1) c = power<Poly>(c, stride, one_poly(), mul_mod);
     }
-    apply_jump(c, mt, st);
+    apply_jump(c, mt, &W(st, kAcc));  // the long state's workspace
   }
   W(st, kPos) = p;
   store(st, mt);
@@ -315,11 +332,22 @@ int64_t mt_jump(Steps s, int64_t* st) {
 }  // namespace
 ZEB_RNG_SKIPS(u, mt_jump)
 
-// The stream reads every n-th word, starting k-1 words on.
-extern "C" void g05klun_(const int64_t* np, const int64_t* kp, int64_t* st) {
+// The stream reads every n-th word, starting k-1 words on.  The stride must
+// stay an integer; a far start is reached at once.
+extern "C" int64_t g05klun_(const int64_t* np, const int64_t* kp, int64_t* st) {
   const int64_t n = *np, k = *kp, stride = W(st, kStride);
-  W(st, kPos) += (k - 1) * stride;
+  if (u128(stride) * u128(n) > u128(INT64_MAX)) return kTooManyStreams;
+  u128 p = u128(W(st, kPos)) + u128(k - 1) * u128(stride);
+  if (p >= u128(kFar)) {
+    uint32_t mt[kN];
+    int64_t acc[kN];
+    load(st, mt);
+    settle(mt, &p, acc);
+    store(st, mt);
+  }
+  W(st, kPos) = int64_t(p);
   W(st, kStride) = stride * n;
+  return 0;
 }
 
 }  // namespace zeb::rng

@@ -60,13 +60,15 @@ T power(T base, u128 e, T one, Mul mul) {
 // The shared signatures: the initialiser (genid, subid, seed, lseed, state,
 // lstate of the generator's own part, code), the uniform routine (n, state,
 // x), skip-ahead by n and by 2^e (both return 0, or kShortState when the
-// state has no room for the jump) and leap-frog (n streams, this the k-th).
+// state has no room for the jump) and leap-frog (n streams, this the k-th;
+// returns 0, or kTooManyStreams when the stream's stride would pass 2^63 - 1).
 using InitFn = void(const int64_t* genid, const int64_t* subid, const int64_t* seed,
                     const int64_t* lseed, int64_t* state, int64_t* lstate, int64_t* code);
 using UniformFn = void(const int64_t* n, int64_t* state, double* x);
 using SkipFn = int64_t(const int64_t* n, int64_t* state);
-using LeapFn = void(const int64_t* n, const int64_t* k, int64_t* state);
+using LeapFn = int64_t(const int64_t* n, const int64_t* k, int64_t* state);
 constexpr int64_t kShortState = 1;
+constexpr int64_t kTooManyStreams = 2;
 
 struct Generator {
   InitFn* init;

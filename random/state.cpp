@@ -85,8 +85,9 @@ extern "C" int64_t g05kfyn_(const int64_t* st) {
   switch (genid) {
     case 3: fits = n == 630 + kTrailer || n == 1257 + kTrailer; break;
     case 5: {
+      if (n < 14 + kTrailer) return 1;  // words 5 and 6 (order and digits) lie inside
       const int64_t k = W(st, 5), m = W(st, 6);
-      fits = n >= 14 + kTrailer && k >= 1 && k <= 1000 && m >= 1 && m <= 1000 &&
+      fits = k >= 1 && k <= 1000 && m >= 1 && m <= 1000 &&
              n == std::max<int64_t>(14, 9 + m * k) + kTrailer;
       break;
     }

@@ -45,6 +45,10 @@ const zeb::Message kLeapMessages[] = {
     {2, 2, NE_INT, "On entry, n = %s.\nConstraint: n >= 1."},
     {3, 3, NE_INT_2, "On entry, k = %s and n = %s.\nConstraint: 1 <= k <= n."},
     {4, 4, NE_INT_ARRAY, kNoLeapText},
+    {5, 5, NE_INT_2,
+     "On entry, n = %s, and state is already one of %s leap-frog streams.\n"
+     "Constraint: the product of the two numbers of streams must not exceed\n"
+     "9223372036854775807."},
 };
 
 // The engine of both skip-aheads: the generator's skip routine (the member
@@ -91,7 +95,8 @@ extern "C" void g05khfn_(const int64_t* n, const int64_t* k, int64_t* state, cha
   if (*k < 1 || *k > *n) return zeb::fail(errbuf, len, ifail, 3, 3, *k, *n);
   const Generator& g = kGenerators[W(state, 3)];
   if (!g.leap) return zeb::fail(errbuf, len, ifail, 4, 4);
-  g.leap(n, k, state);
+  if (g.leap(n, k, state) == kTooManyStreams)
+    zeb::fail(errbuf, len, ifail, 5, 5, *n, W(state, 4));
 }
 
 ZEB_API void g05kjc(Integer n, Integer state[], ZebError* fail) {

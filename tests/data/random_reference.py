@@ -7,9 +7,17 @@ random_mrg32k3a.txt   MRG32k3a with the six seeds 12345, from L'Ecuyer's
 random_normal.txt     the normal quantile at uniforms the basic generator can
                       produce, u = 1 - X/2^60 for X = 2 mod 4, evaluated as the
                       library's double u and then with mpmath at 40 digits.
+random_wh_whole.txt   Wichmann-Hill states whose next double sum
+                      x1/m1 + ... + x4/m4 (added in that order) is a whole
+                      number, found by search; the exact deviate from the
+                      rational sum (1 - fraction for set 1 of Wichmann-Hill I,
+                      the fraction for Wichmann-Hill II).
 
 Run: /usr/bin/python3 random_reference.py   (writes both files here)
 """
+import random
+from fractions import Fraction
+
 import mpmath
 
 mpmath.mp.dps = 40
@@ -65,5 +73,48 @@ def normal():
             f.write("%d %r %s\n" % (x, u, mpmath.nstr(z, 30)))
 
 
+def wh_whole():
+    gens = [
+        ("wh1", (125, 117, 127, 126), (16770647, 16770643, 16770623, 16770617), True),
+        ("wh2", (11600, 47003, 23000, 33000),
+         (2147483579, 2147483543, 2147483423, 2147483123), False),
+    ]
+    rng = random.Random(20261122)
+    rows = []
+    for name, a, m, reflect in gens:
+        found = 0
+        while found < 3:
+            x = [0, 0, rng.randrange(1, m[2]), rng.randrange(1, m[3])]
+            c = Fraction(x[2], m[2]) + Fraction(x[3], m[3])
+            big = m[0] * m[1]
+            k = int(c) + rng.choice((1, 2))
+            n = round((k - c) * big)  # x1 m2 + x2 m1 = n
+            x[0] = n * pow(m[1], -1, m[0]) % m[0]
+            if (n - x[0] * m[1]) % m[0]:
+                continue
+            x[1] = (n - x[0] * m[1]) // m[0]
+            if not (0 < x[0] < m[0] and 0 < x[1] < m[1]):
+                continue
+            s = 0.0
+            for j in range(4):
+                s += x[j] / m[j]
+            if s != int(s):
+                continue
+            exact = sum(Fraction(x[j], m[j]) for j in range(4))
+            frac = exact - int(exact)
+            u = 1 - frac if reflect else frac
+            pre = [x[j] * pow(a[j], -1, m[j]) % m[j] for j in range(4)]
+            rows.append((name, pre, u))
+            found += 1
+    with open("random_wh_whole.txt", "w") as f:
+        f.write("# Wichmann-Hill states (words 5-8) whose next double sum is a whole number\n")
+        f.write("# columns: generator (wh1: set 1), x1..x4 before the step, the exact deviate\n")
+        f.write("# of the rational sum (25 digits); written by random_reference.py\n")
+        for name, pre, u in rows:
+            v = mpmath.mpf(u.numerator) / u.denominator
+            f.write("%s %s %s\n" % (name, " ".join(map(str, pre)), mpmath.nstr(v, 25)))
+
+
 mrg32k3a()
 normal()
+wh_whole()

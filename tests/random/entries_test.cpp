@@ -136,6 +136,17 @@ TEST(Failures, InitialisationArguments) {
   ifail = 1;
   g05kff_(&genid, &subid, seeds.data(), &lseed, st.data(), &lstate, &ifail);
   EXPECT_EQ(ifail, 3);
+  // Wichmann-Hill I seed values must be positive; the state is left alone.
+  genid = 2;
+  lstate = 21;
+  lseed = 4;
+  for (const std::vector<int64_t>& bad : {std::vector<int64_t>{1, 2, 0, 4}, {1, -2, 3, 4}}) {
+    State w(21, -7);
+    ifail = 1;
+    g05kff_(&genid, &subid, bad.data(), &lseed, w.data(), &lstate, &ifail);
+    EXPECT_EQ(ifail, 3);
+    EXPECT_EQ(w, State(21, -7));
+  }
   // A state too short for the non-repeatable initialisation is failure 4.
   ZebError g = quiet();
   Integer short_len = 20;
@@ -177,6 +188,11 @@ TEST(Failures, CorruptedStateIsRefusedEverywhere) {
   EXPECT_NE(out.find(" ** On entry, state vector has been corrupted or not initialized.\n"),
             std::string::npos)
       << out;
+  // An ACORN tag and genid in a state of three words: refused before the
+  // words behind them are read.
+  State three = {3, 5050, 5};
+  g05sac(1, three.data(), x, &f);
+  EXPECT_EQ(f.code, NE_INVALID_STATE);
   // A state of another generator with its genid word changed.
   State mt = make(3, {5});
   mt[2] = 1;
@@ -202,6 +218,18 @@ TEST(Failures, StreamArguments) {
   g05kkc(-2, b.data(), &f);
   EXPECT_STREQ(f.message, "NE_INT:\n  On entry, e = -2.\n  Constraint: e >= 0.");
   EXPECT_EQ(b, before);
+  // A Mersenne Twister stream whose stride would pass 2^63 - 1 is refused.
+  State mt = make(3, {9});
+  g05khc(int64_t(1) << 32, 1, mt.data(), &f);
+  EXPECT_EQ(f.code, NE_NOERROR);
+  const State once = mt;
+  g05khc(int64_t(1) << 31, 1, mt.data(), &f);
+  EXPECT_EQ(f.errnum, 5);
+  EXPECT_STREQ(f.message,
+               "NE_INT_2:\n  On entry, n = 2147483648, and state is already one of 4294967296 "
+               "leap-frog streams.\n  Constraint: the product of the two numbers of streams must "
+               "not exceed\n  9223372036854775807.");
+  EXPECT_EQ(mt, once);
   g05kjc(0, nullptr, &f);
   EXPECT_STREQ(f.message, "NE_BAD_PARAM:\n  On entry, parameter state had an illegal value.");
 }

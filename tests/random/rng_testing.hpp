@@ -63,7 +63,8 @@ inline std::vector<Case> all_generators() {
   return {{"basic", 1, 0, {1762543}},      {"wichmann_hill_1", 2, 17, {9, 8, 7, 6}},
           {"mersenne_twister", 3, 0, {5489}}, {"wichmann_hill_2", 4, 0, {3, 5, 7, 11}},
           {"acorn", 5, 0, {1234}},          {"acorn_order_6_3_digits", 5, 2005, {77}},
-          {"mrg32k3a", 6, 0, {12345, 12345, 12345, 12345, 12345, 12345}}};
+          {"mrg32k3a", 6, 0, {12345, 12345, 12345, 12345, 12345, 12345}},
+          {"wichmann_hill_2_nonpositive_seeds", 4, 0, {-3, 0, 7, -3 * 2147483123LL - 5}}};
 }
 
 inline State make(const Case& c) { return make(c.genid, c.seed, c.subid); }

@@ -44,6 +44,39 @@ TEST(BaseGenerators, MersenneTwisterMatchesStdMt19937) {
   }
 }
 
+// Leap-frog streams of the Mersenne Twister far apart: the k-th of n reads
+// words k-1, k-1+n, ... of the standard sequence (checked against
+// std::mt19937 for n = 3 10^7), and for n = k = 2^62 (one jump per read)
+// agrees with skipping ahead.
+TEST(BaseGenerators, MersenneTwisterFarLeapFrog) {
+  std::vector<int64_t> seed(624);
+  std::mt19937 words(2024);
+  for (auto& w : seed) w = int64_t(words());
+  std::stringstream text;
+  for (auto w : seed) text << w << ' ';
+  text << 624;
+  std::mt19937 ref;
+  text >> ref;
+  const int64_t n = 30000000, k = n - 5;
+  State s = make(3, seed);
+  leap(s, n, k);
+  const std::vector<double> u = draw(s, 3);
+  ref.discard(uint64_t(k - 1));
+  for (int i = 0; i < 3; ++i) {
+    const double v = double(int32_t(ref())) + 2147483648.0;
+    EXPECT_EQ(u[size_t(i)], (v + 0x1p-53) * 0x1p-32) << i;
+    ref.discard(uint64_t(n - 1));
+  }
+  const int64_t big = int64_t(1) << 62;
+  State a = make(3, {31}), b = a;
+  leap(a, big, big);
+  const std::vector<double> ua = draw(a, 2);
+  skip(b, big - 1);
+  const double first = draw(b, 1)[0];
+  skip(b, big - 1);
+  EXPECT_EQ(ua, (std::vector<double>{first, draw(b, 1)[0]}));
+}
+
 // MRG32k3a with all six seeds 12345 against the recurrences evaluated in
 // exact integer arithmetic (tests/data/random_mrg32k3a.txt).
 TEST(BaseGenerators, Mrg32k3aReference) {
@@ -97,7 +130,48 @@ TEST(BaseGenerators, WichmannHillSets) {
   std::sort(moduli.begin(), moduli.end());
   EXPECT_EQ(std::adjacent_find(moduli.begin(), moduli.end()), moduli.end());
   EXPECT_EQ(make(2, {5, 6, 7, 8}, 40), make(2, {5, 6, 7, 8}, 40 + 273));
+  EXPECT_EQ(make(2, {5, 6, 7, 8}, 0), make(2, {5, 6, 7, 8}, 273));
+  EXPECT_EQ(make(2, {5, 6, 7, 8}, INT64_MIN), make(2, {5, 6, 7, 8}, INT64_MIN + 273));
   EXPECT_NE(make(2, {5, 6, 7, 8}, 40), make(2, {5, 6, 7, 8}, 41));
+}
+
+// A double sum that comes out as a whole number would give exactly 1
+// (Wichmann-Hill I) or 0 (Wichmann-Hill II); such states, found by search
+// (tests/data/random_wh_whole.txt), give the deviate of the exact sum.
+TEST(BaseGenerators, WichmannHillWholeSumsStayInside) {
+  const auto rows = zebtest::read_table("random_wh_whole.txt");
+  ASSERT_EQ(rows.size(), 6u);
+  for (const auto& r : rows) {
+    State s = r[0] == "wh1" ? make(2, {1, 2, 3, 4}, 1) : make(4, {1, 2, 3, 4});
+    for (int j = 0; j < 4; ++j) s[size_t(4 + j)] = std::stoll(r[size_t(1 + j)]);
+    const double u = draw(s, 1)[0], ref = std::stod(r[5]);
+    EXPECT_TRUE(u > 0.0 && u < 1.0) << r[0] << " " << u;
+    EXPECT_NEAR(u, ref, 0x1p-53) << r[0];
+  }
+}
+
+// ACORN's element k of 0 or of 2^(30m) - 1 (which rounds to 1): the
+// deviates stay inside (0, 1) for one, two and three digits.  With
+// elements 2..k-1 zero, one step gives element k the old value plus the
+// constant element 1.
+TEST(BaseGenerators, AcornExtremeElementsStayInside) {
+  for (int64_t subid : {10, 0, 2010}) {
+    for (bool top : {false, true}) {
+      State s = make(5, {99}, subid);
+      const int64_t k = s[4], m = s[5], c = 12345, full = (int64_t(1) << 30) - 1;
+      for (int64_t i = 0; i < k * m; ++i) s[size_t(7 + i)] = 0;
+      s[7] = c;
+      int64_t* last = &s[size_t(7 + (k - 1) * m)];
+      for (int64_t d = 0; d < m; ++d) last[d] = full;  // 2^(30m) - 1 - c, or 2^(30m) - c
+      last[0] = full - c + (top ? 0 : 1);
+      const double u = draw(s, 1)[0];
+      EXPECT_TRUE(u > 0.0 && u < 1.0) << "subid " << subid << " u " << u;
+      if (top)
+        EXPECT_GE(u, 1.0 - std::max(std::ldexp(1.0, int(-30 * m)), 0x1p-52));
+      else
+        EXPECT_LE(u, std::ldexp(1.0, int(-30 * m)));
+    }
+  }
 }
 
 class Streams : public ::testing::TestWithParam<Case> {};
