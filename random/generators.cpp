@@ -360,10 +360,10 @@ extern "C" void g05saen_(const int64_t* n, int64_t* st, double* out) {
 
 // ---------------------------------------------------------------------
 // ACORN of order k with m digits of 30 bits per element: words 5, 6, 7 hold
-// k, m and 2^30, and the k elements follow from word 8, each as m digits,
-// least significant first.  Element 1 is the constant seed of the
-// recurrence; each step adds element j-1 to element j for j = 2..k, in
-// order, and the output is element k / 2^(30m).
+// k, m and 2^30, and the k elements Y_1 .. Y_k follow from word 8, each as
+// m digits, least significant first; the word after them holds Y_0, the
+// odd constant of the recurrence (one digit).  Each step adds Y_{j-1} to
+// Y_j for j = 1..k, in order, and the output is Y_k / 2^(30m).
 namespace {
 constexpr int64_t kDigit = int64_t(1) << 30;
 constexpr int kAcornElems = 8;
@@ -425,8 +425,12 @@ Series series_mul(const Series& a, const Series& b) {
   return r;
 }
 
+// The word of Y_0.
+inline int64_t acorn_y0(int64_t k, int64_t m) { return kAcornElems + m * k; }
+
 int64_t acorn_jump(Steps s, int64_t* st) {
-  const int64_t k = W(st, 5), m = W(st, 6);
+  // Y_0 .. Y_k as k + 1 elements of m digits: Y_0 stays as it is.
+  const int64_t k = W(st, 5) + 1, m = W(st, 6);
   Series step(size_t(k), Num(size_t(m), 0)), one = step;
   for (auto& c : step) c[0] = 1;  // 1/(1 - x)
   one[0][0] = 1;
@@ -440,12 +444,14 @@ int64_t acorn_jump(Steps s, int64_t* st) {
     t = power<Series>(step, s.n, one, series_mul);
   }
   Series y(size_t(k), Num(size_t(m), 0));
-  for (int64_t j = 0; j < k; ++j)
-    for (int64_t d = 0; d < m; ++d) y[size_t(j)][size_t(d)] = W(st, kAcornElems + j * m + d);
-  for (int64_t j = 0; j < k; ++j) {
+  y[0][0] = W(st, acorn_y0(k - 1, m));
+  for (int64_t j = 1; j < k; ++j)
+    for (int64_t d = 0; d < m; ++d)
+      y[size_t(j)][size_t(d)] = W(st, kAcornElems + (j - 1) * m + d);
+  for (int64_t j = 1; j < k; ++j) {
     Num v(size_t(m), 0);
     for (int64_t l = 0; l <= j; ++l) num_add(v, num_mul(t[size_t(j - l)], y[size_t(l)]));
-    for (int64_t d = 0; d < m; ++d) W(st, kAcornElems + j * m + d) = v[size_t(d)];
+    for (int64_t d = 0; d < m; ++d) W(st, kAcornElems + (j - 1) * m + d) = v[size_t(d)];
   }
   return 0;
 }
@@ -473,43 +479,45 @@ extern "C" void g05kfrn_(const int64_t* genid, const int64_t* subid, const int64
     v %= kDigit;
   }
   if (*code != kOk) return;
-  y[0] |= 1;  // an odd seed element gives the full period
   put_header(st, 5, len);
   W(st, 4) = *subid;
   W(st, 5) = k;
   W(st, 6) = m;
   W(st, 7) = kDigit;
   std::copy(y.begin(), y.end(), st + kAcornElems - 1);
+  W(st, acorn_y0(k, m)) = y[0] | 1;  // the first seed word, odd: the full period
 }
 
 extern "C" void g05sarn_(const int64_t* n, int64_t* st, double* out) {
-  const int64_t k = W(st, 5), m = W(st, 6);
+  const int64_t k = W(st, 5), m = W(st, 6), y0 = W(st, acorn_y0(k, m));
   int64_t* y = st + kAcornElems - 1;
   if (m <= 2) {
     // Elements of up to 60 bits fit a word: the digit sums with their carry
-    // are one addition modulo 2^(30m).
+    // are one addition modulo 2^(30m).  e[0] is Y_0.
     const u64 mask = m == 1 ? u64(kDigit - 1) : kMask60;
-    std::vector<u64> e(static_cast<size_t>(k));
+    std::vector<u64> e(static_cast<size_t>(k + 1));
+    e[0] = u64(y0);
     for (int64_t j = 0; j < k; ++j)
-      e[size_t(j)] = u64(y[j * m]) | (m == 2 ? u64(y[j * m + 1]) << 30 : 0);
+      e[size_t(j + 1)] = u64(y[j * m]) | (m == 2 ? u64(y[j * m + 1]) << 30 : 0);
     for (int64_t i = 0; i < *n; ++i) {
-      for (int64_t j = 1; j < k; ++j) e[size_t(j)] = (e[size_t(j)] + e[size_t(j - 1)]) & mask;
-      const u64 v = e[size_t(k - 1)];
+      for (int64_t j = 1; j <= k; ++j) e[size_t(j)] = (e[size_t(j)] + e[size_t(j - 1)]) & mask;
+      const u64 v = e[size_t(k)];
       out[i] = acorn_open(m == 1 ? double(v) * kTwoM30
                                  : (double(v & kMask30) * kTwoM30 + double(v >> 30)) * kTwoM30,
                           m);
     }
     for (int64_t j = 0; j < k; ++j) {
-      y[j * m] = int64_t(e[size_t(j)] & kMask30);
-      if (m == 2) y[j * m + 1] = int64_t(e[size_t(j)] >> 30);
+      y[j * m] = int64_t(e[size_t(j + 1)] & kMask30);
+      if (m == 2) y[j * m + 1] = int64_t(e[size_t(j + 1)] >> 30);
     }
     return;
   }
   for (int64_t i = 0; i < *n; ++i) {
-    for (int64_t j = 1; j < k; ++j) {
+    for (int64_t j = 0; j < k; ++j) {
       int64_t carry = 0;
       for (int64_t d = 0; d < m; ++d) {
-        int64_t v = y[j * m + d] + y[(j - 1) * m + d] + carry;
+        const int64_t prev = j > 0 ? y[(j - 1) * m + d] : d == 0 ? y0 : 0;
+        int64_t v = y[j * m + d] + prev + carry;
         carry = v >= kDigit;
         y[j * m + d] = v - (carry ? kDigit : 0);
       }

@@ -12,6 +12,12 @@ random_wh_whole.txt   Wichmann-Hill states whose next double sum
                       number, found by search; the exact deviate from the
                       rational sum (1 - fraction for set 1 of Wichmann-Hill I,
                       the fraction for Wichmann-Hill II).
+random_acorn.txt      ACORN of order k with m digits from full seeds (word j,
+                      from 0: 1 + j * 2654435761 mod (2^30 - 1)): Y_0 the
+                      first seed word made odd, Y_1 .. Y_k the seed words in
+                      m-digit groups, least significant digit first; each
+                      step Y_j += Y_{j-1} mod 2^(30m) for j = 1..k; output
+                      Y_k / 2^(30m), exact.
 
 Run: /usr/bin/python3 random_reference.py   (writes both files here)
 """
@@ -115,6 +121,25 @@ def wh_whole():
             f.write("%s %s %s\n" % (name, " ".join(map(str, pre)), mpmath.nstr(v, 25)))
 
 
+def acorn():
+    rows = []
+    for subid in (0, 10, 1000, 2005):
+        k, m = (subid % 1000 + 1, subid // 1000 + 1) if subid > 0 else (11, 2)
+        seed = [1 + j * 2654435761 % (2 ** 30 - 1) for j in range(m * k)]
+        big = 2 ** (30 * m)
+        y = [seed[0] | 1] + [sum(seed[j * m + d] << (30 * d) for d in range(m)) for j in range(k)]
+        for i in range(12):
+            for j in range(1, k + 1):
+                y[j] = (y[j] + y[j - 1]) % big
+            rows.append((subid, i, mpmath.mpf(y[k]) / big))
+    with open("random_acorn.txt", "w") as f:
+        f.write("# ACORN from full seeds: subid, draw number (from 0), deviate (25 digits);\n")
+        f.write("# seed word j = 1 + j * 2654435761 mod (2^30 - 1); written by random_reference.py\n")
+        for subid, i, u in rows:
+            f.write("%d %d %s\n" % (subid, i, mpmath.nstr(u, 25)))
+
+
 mrg32k3a()
 normal()
 wh_whole()
+acorn()

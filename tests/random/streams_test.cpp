@@ -150,17 +150,40 @@ TEST(BaseGenerators, WichmannHillWholeSumsStayInside) {
   }
 }
 
+// ACORN from full seeds against the recurrence evaluated exactly
+// (tests/data/random_acorn.txt): orders 11, 1 and 6 with one, two and
+// three digits.
+TEST(BaseGenerators, AcornReference) {
+  const auto rows = zebtest::read_table("random_acorn.txt");
+  ASSERT_EQ(rows.size(), 48u);
+  int64_t subid = -1;
+  State s;
+  std::vector<double> u;
+  for (const auto& r : rows) {
+    if (std::stoll(r[0]) != subid) {
+      subid = std::stoll(r[0]);
+      const int64_t k = subid > 0 ? subid % 1000 + 1 : 11, m = subid > 0 ? subid / 1000 + 1 : 2;
+      std::vector<int64_t> seed(size_t(m * k));
+      for (size_t j = 0; j < seed.size(); ++j)
+        seed[j] = 1 + int64_t(j) * 2654435761LL % ((int64_t(1) << 30) - 1);
+      s = make(5, seed, subid);
+      u = draw(s, 12);
+    }
+    EXPECT_NEAR(u[size_t(std::stoll(r[1]))], std::stod(r[2]), 0x1p-53) << "subid " << subid;
+  }
+}
+
 // ACORN's element k of 0 or of 2^(30m) - 1 (which rounds to 1): the
 // deviates stay inside (0, 1) for one, two and three digits.  With
-// elements 2..k-1 zero, one step gives element k the old value plus the
-// constant element 1.
+// elements 1..k-1 zero, one step gives element k the old value plus the
+// constant Y_0 (the word after the elements).
 TEST(BaseGenerators, AcornExtremeElementsStayInside) {
   for (int64_t subid : {10, 0, 2010}) {
     for (bool top : {false, true}) {
       State s = make(5, {99}, subid);
       const int64_t k = s[4], m = s[5], c = 12345, full = (int64_t(1) << 30) - 1;
       for (int64_t i = 0; i < k * m; ++i) s[size_t(7 + i)] = 0;
-      s[7] = c;
+      s[size_t(7 + k * m)] = c;
       int64_t* last = &s[size_t(7 + (k - 1) * m)];
       for (int64_t d = 0; d < m; ++d) last[d] = full;  // 2^(30m) - 1 - c, or 2^(30m) - c
       last[0] = full - c + (top ? 0 : 1);
