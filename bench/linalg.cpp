@@ -133,7 +133,7 @@ void zeb_f08aef_nb(benchmark::State& s) {
 void nb_sweep(benchmark::internal::Benchmark* b) {
   for (int t : {1, 2})
     for (int n : {500, 1000, 2000, 4000})
-      for (int nb : {32, 64, 96, 128, 192, 256}) b->Args({n, t, nb});
+      for (int nb : {32, 48, 64, 96, 128, 192, 256}) b->Args({n, t, nb});
   b->UseManualTime()->Unit(benchmark::kMillisecond);
 }
 

@@ -30,6 +30,7 @@ struct State {
 };
 State g_state;
 std::once_flag g_once;
+int (*g_threads)() = nullptr;
 
 bool has_avx512() {
   __builtin_cpu_init();
@@ -88,6 +89,7 @@ bool open_blas(State& s) {
   if (t.idamax(&n, x, &inc) != 0)
     return fail_with(s, "%s", "it is not a BLAS with 64-bit integers (ILP64).");
   g = t;
+  g_threads = reinterpret_cast<int (*)()>(dlsym(h, "openblas_get_num_threads"));
   auto corename = reinterpret_cast<char* (*)()>(dlsym(h, "openblas_get_corename"));
   auto config = reinterpret_cast<char* (*)()>(dlsym(h, "openblas_get_config"));
   int k = std::snprintf(s.description, sizeof s.description, "BLAS: %s (ILP64)", s.path);
@@ -114,6 +116,8 @@ bool load() {
 }
 
 const char* failure_text() { return g_state.text; }
+
+int threads() { return g_threads ? g_threads() : 0; }
 
 namespace {
 thread_local bool g_quiet = false;
@@ -153,8 +157,9 @@ ZEB_API void f06aazn_(ZebEnData* en, const char* srname, const int64_t* info,
 // Block sizes of the blocked engines, measured on this library's BLAS with
 // the block-size sweeps of bench/linalg.cpp (OpenBLAS 0.3.21, 2-core AVX-512
 // machine shared with other work, so within some 10 percent):
-//   F07ADFN  96: one thread, n = 500 to 4000, 64 to 128 alike, 32 slower by
-//            5 to 10 percent at n >= 2000, 192 and more slower at n = 4000;
+//   F07ADFN  64: panels factored column by column; n = 1000 and 2000, one
+//            and two threads: 48 and 64 alike within 2 percent, 32 slower
+//            at n = 2000, 96 slower by 3 to 7 percent;
 //   F08AEFN, F08AFFN  32: 32 and 64 alike within the noise.
 // ZEB_NB_<NAME> in the environment (ZEB_NB_F07ADFN=96) replaces a value,
 // for tuning.
@@ -164,7 +169,7 @@ ZEB_API int64_t f07zazn_(const char* name, const int64_t* m, const int64_t* n,
     const char* name;
     int64_t nb;
   };
-  static const Row kTable[] = {{"F07ADFN", 96}, {"F08AEFN", 32}, {"F08AFFN", 32}};
+  static const Row kTable[] = {{"F07ADFN", 64}, {"F08AEFN", 32}, {"F08AFFN", 32}};
   char key[32];
   const int len = int(name_len < 16 ? name_len : 16);
   std::snprintf(key, sizeof key, "ZEB_NB_%.*s", len, name);

@@ -82,6 +82,9 @@ class QuietLoad {
 };
 // The reason, as lines separated by '\n' without a prefix.
 const char* failure_text();
+// The number of threads the BLAS runs (OpenBLAS tells it), or 0 when it
+// does not say.
+int threads();
 
 // info of a routine whose BLAS could not be loaded.
 constexpr int64_t kNoBlas = -998;

@@ -38,9 +38,11 @@ ZEB_API void f07adyn_(const I* n, double* a, const I* lda, const I* k1, const I*
 namespace {
 
 // The column-by-column factorisation of an m by n panel (arguments valid).
+constexpr I kGroup = 8192;
 void getf2(I m, I n, double* a, I lda, I* ipiv, I* info) {
   const double sfmin = zeb::machine::kSafe;
   const I k = std::min(m, n);
+  const bool group = zeb::blas::threads() != 1;
   for (I j = 0; j < k; ++j) {
     double* ajj = a + j + j * lda;
     const I p = j + zeb::blas::idamax(m - j, ajj, 1) - 1;
@@ -57,34 +59,18 @@ void getf2(I m, I n, double* a, I lda, I* ipiv, I* info) {
     } else if (*info == 0) {
       *info = j + 1;
     }
-    if (j + 1 < k)
-      zeb::blas::dger(m - j - 1, n - j - 1, -1.0, ajj + 1, 1, ajj + lda, lda, ajj + lda + 1, lda);
+    if (j + 1 < k) {
+      // The rank-one update; for a BLAS that may run threads, in groups of
+      // columns of at most kGroup elements: the same arithmetic for every
+      // element, in calls small enough that the BLAS does them at once
+      // instead of handing them to its threads (which costs more than it
+      // saves here).
+      const I r = m - j - 1, c = n - j - 1, g = group ? std::max<I>(1, kGroup / r) : c;
+      for (I l = 0; l < c; l += g)
+        zeb::blas::dger(r, std::min(g, c - l), -1.0, ajj + 1, 1, ajj + (l + 1) * lda, lda,
+                        ajj + 1 + (l + 1) * lda, lda);
+    }
   }
-}
-
-// Panels of more than kLeaf columns are split in two: the left half is
-// factored, the right half updated with level-3 operations and factored
-// in turn; the same pivots and factors as the column-by-column order.
-constexpr I kLeaf = 16;
-
-void panel(I m, I n, double* a, I lda, I* ipiv, I* info) {
-  const I k = std::min(m, n);
-  if (k <= kLeaf) return getf2(m, n, a, lda, ipiv, info);
-  const I n1 = k / 2, n2 = n - n1;
-  I sub = 0;
-  panel(m, n1, a, lda, ipiv, &sub);
-  if (*info == 0 && sub > 0) *info = sub;
-  double* a12 = a + n1 * lda;
-  const I one = 1, inc = 1;
-  f07adyn_(&n2, a12, &lda, &one, &n1, ipiv, &inc);
-  zeb::blas::dtrsm('L', 'L', 'N', 'U', n1, n2, 1.0, a, lda, a12, lda);
-  zeb::blas::dgemm('N', 'N', m - n1, n2, n1, -1.0, a + n1, lda, a12, lda, 1.0, a12 + n1, lda);
-  sub = 0;
-  panel(m - n1, n2, a12 + n1, lda, ipiv + n1, &sub);
-  if (*info == 0 && sub > 0) *info = sub + n1;
-  for (I i = n1; i < k; ++i) ipiv[i] += n1;
-  const I from = n1 + 1;
-  f07adyn_(&n1, a, &lda, &from, &k, ipiv, &inc);
 }
 
 constexpr char kGetf2Name[] = "F07ADZ/DGETF2";
@@ -131,13 +117,14 @@ extern "C" void f07adfn_(ZebEnData* en, const I* mp, const I* np, double* a, con
   }
   const I k = std::min(m, n);
   const I nb = f07zazn_("F07ADFN", mp, np, 7);
-  if (nb <= 1 || nb >= k) return panel(m, n, a, lda, ipiv, info);
+  if (nb <= 1 || nb >= k) return f07adzn_(en, mp, np, a, ldap, ipiv, info);
   const I inc = 1;
   for (I j = 0; j < k; j += nb) {
     const I jb = std::min(k - j, nb);
     double* ajj = a + j + j * lda;
+    const I mj = m - j;
     I sub = 0;
-    panel(m - j, jb, ajj, lda, ipiv + j, &sub);
+    f07adzn_(en, &mj, &jb, ajj, ldap, ipiv + j, &sub);
     if (*info == 0 && sub > 0) *info = sub + j;
     for (I i = j; i < std::min(m, j + jb); ++i) ipiv[i] += j;
     const I k1 = j + 1, k2 = j + jb;

@@ -2,6 +2,7 @@
 // of both entries, the storage orders of the C entry, and what a user sees
 // when the BLAS cannot be used.
 #include <cstdlib>
+#include <random>
 #include <cstring>
 #include <unistd.h>
 
@@ -9,6 +10,12 @@
 
 using ref::I;
 using ref::Mat;
+
+extern "C" {
+int64_t f07zazn_(const char* name, const int64_t* m, const int64_t* n, int64_t name_len);
+void f07adzn_(ZebEnData* en, const int64_t* m, const int64_t* n, double* a, const int64_t* lda,
+              int64_t* ipiv, int64_t* info);
+}
 
 namespace {
 
@@ -54,6 +61,81 @@ TEST(F07ad, AgreesWithReferenceLapack) {
   expect_agreement(ref::random(260, 700, 5), 700 * eps4);  // m < n
   expect_agreement(ref::random(1, 40, 6), 0.0);
   expect_agreement(ref::random(40, 1, 7), 0.0);
+}
+
+namespace {
+using getf2_t = void (*)(const I*, const I*, double*, const I*, I*, I*);
+using laswp_t = void (*)(const I*, double*, const I*, const I*, const I*, const I*, const I*);
+using trsm_t = void (*)(const char*, const char*, const char*, const char*, const I*, const I*,
+                        const double*, const double*, const I*, double*, const I*, size_t,
+                        size_t, size_t, size_t);
+using gemm_t = void (*)(const char*, const char*, const I*, const I*, const I*, const double*,
+                        const double*, const I*, const double*, const I*, const double*,
+                        double*, const I*, size_t, size_t);
+
+// The blocked factorisation with block size nb made of reference LAPACK's
+// dgetf2 (column by column) on each panel, its dlaswp, and the BLAS.
+Lu blocked_reference(Mat a, I nb) {
+  static const auto getf2 = ref::sym<getf2_t>("dgetf2_");
+  static const auto laswp = ref::sym<laswp_t>("dlaswp_");
+  static const auto trsm = ref::sym<trsm_t>("dtrsm_");
+  static const auto gemm = ref::sym<gemm_t>("dgemm_");
+  const I m = a.m, n = a.n, k = std::min(m, n), lda = m, one = 1;
+  const double p1 = 1.0, m1 = -1.0;
+  Lu r{a, std::vector<I>(size_t(k)), 0};
+  Mat& x = r.a;
+  for (I j = 0; j < k; j += nb) {
+    const I jb = std::min(k - j, nb), mj = m - j, k1 = j + 1, k2 = j + jb;
+    I sub = 0;
+    getf2(&mj, &jb, &x(j, j), &lda, &r.ipiv[size_t(j)], &sub);
+    if (r.info == 0 && sub > 0) r.info = sub + j;
+    for (I i = j; i < j + jb; ++i) r.ipiv[size_t(i)] += j;
+    laswp(&j, x.data(), &lda, &k1, &k2, r.ipiv.data(), &one);
+    if (j + jb < n) {
+      const I nr = n - j - jb, mr = m - j - jb;
+      laswp(&nr, &x(0, j + jb), &lda, &k1, &k2, r.ipiv.data(), &one);
+      trsm("L", "L", "N", "U", &jb, &nr, &p1, &x(j, j), &lda, &x(j, j + jb), &lda, 1, 1, 1, 1);
+      if (mr > 0)
+        gemm("N", "N", &mr, &nr, &jb, &m1, &x(j + jb, j), &lda, &x(j, j + jb), &lda, &p1,
+             &x(j + jb, j + jb), &lda, 1, 1);
+    }
+  }
+  return r;
+}
+}  // namespace
+
+TEST(F07ad, PanelsAreFactoredColumnByColumn) {
+  // A 0/1 matrix has pivots that are ties but for rounding: another order
+  // of the panel's operations (a recursive panel, say) decides some of
+  // them otherwise.  The block size is the one the library uses.
+  ASSERT_NE(ref::sym<getf2_t>("dgetf2_"), nullptr);
+  Mat a(372, 273);
+  std::mt19937_64 g(13);
+  std::uniform_int_distribution<int> d(-2, 2);
+  for (double& v : a.v) v = d(g) != 0 ? 1.0 : 0.0;
+  const I m = a.m, n = a.n, nb = f07zazn_("F07ADFN", &m, &n, 7);
+  ASSERT_GT(nb, 1);
+  ASSERT_LT(nb, 273);
+  const Lu x = ours(a), y = blocked_reference(a, nb);
+  EXPECT_EQ(x.info, y.info);
+  EXPECT_EQ(x.ipiv, y.ipiv);
+  EXPECT_LE(ref::rel_diff(x.a, y.a), 1e-14);
+  // Up to the block size, and in the panel routine itself: dgetf2.
+  for (const Mat& b : {ref::random(200, nb, 21), ref::random(nb - 1, 300, 22), a}) {
+    static const auto getf2 = ref::sym<getf2_t>("dgetf2_");
+    Lu p{b, std::vector<I>(size_t(std::min(b.m, b.n))), 0}, q = p, z = p;
+    getf2(&b.m, &b.n, q.a.data(), &b.m, q.ipiv.data(), &q.info);
+    ZebEnData en;
+    y90haan_(&en);
+    f07adzn_(&en, &b.m, &b.n, z.a.data(), &b.m, z.ipiv.data(), &z.info);
+    EXPECT_EQ(z.ipiv, q.ipiv);
+    EXPECT_LE(ref::rel_diff(z.a, q.a), 1e-14);
+    if (std::min(b.m, b.n) <= nb) {
+      p = ours(b);
+      EXPECT_EQ(p.ipiv, q.ipiv);
+      EXPECT_LE(ref::rel_diff(p.a, q.a), 1e-14);
+    }
+  }
 }
 
 TEST(F07ad, ZeroPivotIsReportedAndTheFactorisationCompleted) {
