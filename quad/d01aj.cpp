@@ -556,7 +556,11 @@ extern "C" void d01ajfn_(ZebEnData* en, D01ajMarshal marshal, zeb::RealFn1 fun,
   *abserr = o.abserr;
   // The lists, contiguous with stride n, in ascending order of left end point.
   const int64_t n = o.last;
-  if (n < limit) {
+  if (n == 1 && limit > 1) {  // one rule sufficed: three elements, no library calls
+    w[1] = w[limit];
+    w[2] = w[2 * limit];
+    w[3] = w[3 * limit];
+  } else if (n < limit) {
     for (int64_t k = 1; k < 4; ++k) std::memmove(w + k * n, w + k * limit, size_t(n) * sizeof(double));
   }
   if (n > 1) {

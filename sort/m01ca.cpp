@@ -64,13 +64,17 @@ void quick_insertion_sort(double* a, int64_t m1, int64_t m2) {
         std::swap(a[mid], a[hi]);
         t = a[mid];
       }
-      int64_t i = lo, j = hi;
+      // The scans walk pointers (tighter loops than indexed ones); a[lo] and
+      // a[hi] stop them.
+      double* pi = a + lo;
+      double* pj = a + hi;
       for (;;) {
-        do ++i; while (a[i] < t);
-        do --j; while (a[j] > t);
-        if (i >= j) break;
-        std::swap(a[i], a[j]);
+        do ++pi; while (*pi < t);
+        do --pj; while (*pj > t);
+        if (pi >= pj) break;
+        std::swap(*pi, *pj);
       }
+      const int64_t i = pi - a, j = pj - a;
       const int64_t left = i - lo, right = hi - j;
       bool pop = false;
       if (right > left) {

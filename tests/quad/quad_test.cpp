@@ -326,6 +326,14 @@ TEST(D01ajArguments, WorkspaceBoundaries) {
   EXPECT_EQ(o.ifail, 1);
   EXPECT_NEAR(o.result, std::exp(1.0) - 1, 1e-15);
   EXPECT_EQ(d01aj(0, 1, 0, 1e-10, 2).ifail, 0);
+  // One subinterval out of room for many: its four entries move to w(1..4).
+  o = d01aj(0, 1, 0, 1e-10, 50);
+  ASSERT_EQ(o.ifail, 0);
+  ASSERT_EQ(o.n, 1);
+  EXPECT_EQ(o.w[0], 0.0);
+  EXPECT_EQ(o.w[1], 1.0);
+  EXPECT_EQ(o.w[2], o.abserr);
+  EXPECT_EQ(o.w[3], o.result);
   // limit = min(lw/4, liw): here 2.
   g_f = [](double x) { return 1 / std::sqrt(x); };
   std::vector<double> w(40);
