@@ -7,12 +7,14 @@
 //
 // Skip-ahead moves the block by d words with the jump polynomial x^d mod P,
 // P the characteristic polynomial of the recurrence (degree 19937, found
-// once by Berlekamp-Massey from the generator's own output); the block after
+// once by Berlekamp-Massey from the generator's own output; the powers
+// x^(2^(1024 j)) come from a table made by gen_mt_jumps.py); the block after
 // the jump is sum c_i * (block moved by i words), evaluated by Horner's rule
 // with one-word steps on a ring of 624 words.
 #include <algorithm>
 #include <climits>
 #include <cstring>
+#include <iterator>
 #include <vector>
 
 #include "rng.hpp"
@@ -190,6 +192,15 @@ Poly one_poly() {
   return p;
 }
 
+#include "mt_jumps.inc"
+constexpr int64_t kJumpStep = 1024;
+// x^(2^(1024 j)) mod P, j = 1 .. 19.
+Poly jump_entry(int64_t j) {
+  Poly p(size_t(kWords), 0);
+  std::copy(std::begin(kMtJumps[j - 1]), std::end(kMtJumps[j - 1]), p.begin());
+  return p;
+}
+
 // x^d mod P, over the binary digits of d, most significant first.
 Poly xpow(u128 d) {
   Poly r = one_poly();
@@ -316,10 +327,11 @@ int64_t mt_jump(Steps s, int64_t* st) {
     if (s.e < 0) {
       c = xpow(s.n * stride);
     } else {
-      // x^(2^19937) = x: P is primitive, so e counts modulo 19937.
-      c = one_poly();
-      c = mulx_mod(c);
-      for (int64_t i = 0; i < s.e % kDeg; ++i) c = sqr_mod(c);
+      // x^(2^19937) = x: P is primitive, so e counts modulo 19937; from the
+      // table entry x^(2^(1024 j)) below it, at most 1023 squarings remain.
+      const int64_t r = s.e % kDeg;
+      c = r >= kJumpStep ? jump_entry(r / kJumpStep) : mulx_mod(one_poly());
+      for (int64_t i = 0; i < r % kJumpStep; ++i) c = sqr_mod(c);
       if (stride > 1) c = power<Poly>(c, stride, one_poly(), mul_mod);
     }
     apply_jump(c, mt, &W(st, kAcc));  // the long state's workspace

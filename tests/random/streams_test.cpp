@@ -254,6 +254,21 @@ TEST(BaseGenerators, MersenneTwisterSkipExponentWrapsAtTheDegree) {
   EXPECT_EQ(draw(a, 700), draw(b, 700));
 }
 
+// Skips by 2^e with e >= 1024 start from a table of x^(2^(1024 j)): the
+// first entry against 1023 squarings done twice, the last (2^19456)
+// through 2^19936 + 2^19936 = 2^19937, a move of one word.
+TEST(BaseGenerators, MersenneTwisterJumpTable) {
+  State a = make(3, {123}), b = a, c = a, d = a;
+  skip2(a, 1024);
+  skip2(b, 1023);
+  skip2(b, 1023);
+  EXPECT_EQ(draw(a, 700), draw(b, 700));
+  skip2(c, 19936);
+  skip2(c, 19936);
+  skip(d, 1);
+  EXPECT_EQ(draw(c, 700), draw(d, 700));
+}
+
 TEST_P(Streams, LeapFrogStreamsInterleaveToTheSequence) {
   if (GetParam().genid == 5) GTEST_SKIP() << "ACORN has no leap-frog";
   const int64_t n = 5, m = 300;
