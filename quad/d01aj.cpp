@@ -608,10 +608,10 @@ ZEB_API void d01sjc(double (*f)(double x, Zeb_Comm* comm), double a, double b, d
   if (!f) return zeb::c_fail(fail, kName, NE_BAD_PARAM, "f");
   if (!result) return zeb::c_fail(fail, kName, NE_BAD_PARAM, "result");
   if (!abserr) return zeb::c_fail(fail, kName, NE_BAD_PARAM, "abserr");
-  if (qp) qp->num_subint = qp->fun_count = 0;
   if (max_num_subint < 1)
     return zeb::c_fail(fail, kName, NE_INT_ARG_LT, "max_num_subint", "1", "max_num_subint",
                        long(max_num_subint));
+  if (qp) qp->num_subint = qp->fun_count = 0;
   const int64_t limit = max_num_subint;
   double* w = nullptr;
   int64_t* iw = nullptr;

@@ -295,10 +295,19 @@ TEST(D01ajMessages, CEntryTexts) {
   d01sjc(c_f, 0, 1, 0, 1e-10, 200, &r, &e, nullptr, nullptr, &fail);
   EXPECT_STREQ(fail.message,
                "NE_QUAD_NO_CONV:\n  The integral is probably divergent or slowly convergent.");
-  d01sjc(c_f, 0, 1, 0, 1e-10, 0, &r, &e, nullptr, nullptr, &fail);
+  // An argument error leaves everything the caller owns as it was.
+  Zeb_QuadProgress qp{};
+  qp.num_subint = 77;
+  qp.fun_count = 88;
+  r = e = 99;
+  d01sjc(c_f, 0, 1, 0, 1e-10, 0, &r, &e, &qp, nullptr, &fail);
   EXPECT_STREQ(fail.message,
                "NE_INT_ARG_LT:\n  On entry, max_num_subint must not be less than 1: "
                "max_num_subint = 0.");
+  EXPECT_EQ(qp.num_subint, 77);
+  EXPECT_EQ(qp.fun_count, 88);
+  EXPECT_EQ(r, 99.0);
+  EXPECT_EQ(e, 99.0);
   d01sjc(nullptr, 0, 1, 0, 1e-10, 10, &r, &e, nullptr, nullptr, &fail);
   EXPECT_STREQ(fail.message, "NE_BAD_PARAM:\n  On entry, parameter f had an illegal value.");
   // Lists that cannot be allocated.
