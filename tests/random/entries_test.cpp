@@ -234,6 +234,47 @@ TEST(Failures, StreamArguments) {
   EXPECT_STREQ(f.message, "NE_BAD_PARAM:\n  On entry, parameter state had an illegal value.");
 }
 
+// The Fortran renderings of the failures the other tests read from C.
+TEST(Failures, FortranTexts) {
+  struct Want {
+    int64_t ifail;
+    const char* lines;
+  };
+  auto check = [](const Want& w, auto&& call) {
+    int64_t ifail = -1;
+    const std::string out = zebtest::capture_stdout([&] { call(&ifail); });
+    EXPECT_EQ(ifail, w.ifail) << out;
+    EXPECT_NE(out.find(w.lines), std::string::npos) << out;
+  };
+  int64_t genid = 1, subid = 0, seed = 0, lseed = 1, lstate = 17;
+  State st(1260);
+  check({3, " ** On entry, invalid seed.\n"},
+        [&](int64_t* i) { g05kff_(&genid, &subid, &seed, &lseed, st.data(), &lstate, i); });
+  seed = 4;
+  lseed = 0;
+  check({4, " ** On entry, lseed = 0\n ** Constraint: lseed >= 1.\n"},
+        [&](int64_t* i) { g05kff_(&genid, &subid, &seed, &lseed, st.data(), &lstate, i); });
+  genid = 4;
+  lstate = 28;
+  check({4, " ** On entry, lstate = 28\n ** Constraint: lstate <= 0 or lstate >= 29\n"},
+        [&](int64_t* i) { g05kgf_(&genid, &subid, st.data(), &lstate, i); });
+  State acorn = make(5, {3});
+  int64_t n = 2, k = 1, e = 3;
+  check({4, " ** On entry, cannot use leap-frog with the base generator defined by state.\n"},
+        [&](int64_t* i) { g05khf_(&n, &k, acorn.data(), i); });
+  State mt(633);
+  genid = 3;
+  lseed = 1;
+  lstate = 633;
+  int64_t ok = 1;
+  g05kff_(&genid, &subid, &seed, &lseed, mt.data(), &lstate, &ok);
+  ASSERT_EQ(ok, 0);
+  check({4, " ** On entry, the state vector defined on initialization is not large\n"
+            " ** enough to perform a skip-ahead (applies to Mersenne Twister base generator).\n"
+            " ** See the initialization routine g05kff or g05kgf.\n"},
+        [&](int64_t* i) { g05kkf_(&e, mt.data(), i); });
+}
+
 TEST(Failures, VariateArguments) {
   ZebError f = quiet();
   State s = make(1, {9});
