@@ -63,7 +63,13 @@ extern "C" void g05saxn_(const int64_t* n, int64_t* st, double* x) {
   u64 v = get60(st, 5);
   for (int64_t i = 0; i < *n; ++i) {
     v = mul60(a, v);
-    x[i] = 1.0 - (double(v >> 30) * kTwoM30 + double(v & kMask30) * kTwoM60);
+    const double u = 1.0 - (double(v >> 30) * kTwoM30 + double(v & kMask30) * kTwoM60);
+    // The sum rounds to 1 for X above 2^60 - 2^6 and 1 - sum to 1 for X
+    // below 2^6: there 2^60 - X is taken exactly, or the largest number
+    // below 1.
+    x[i] = u > 0.0 && u < 1.0 ? u
+           : u <= 0.0         ? double((u64(1) << 60) - v) * kTwoM60
+                              : 0x1.fffffffffffffp-1;
   }
   put60(st, 5, v);
 }

@@ -23,6 +23,30 @@ TEST(BaseGenerators, BasicFirstValue) {
   EXPECT_EQ(draw(a, 100), draw(b, 100));
 }
 
+// X next to 2^60 and next to 0, where the double sum of the deviate rounds
+// to 1 or 1 - sum rounds to 1: u = 1 - X/2^60 is still strictly inside
+// (0, 1), exactly (2^60 - X) 2^-60 near 0 and the largest double below 1
+// near 1.  The value before the step is A^-1 X.
+TEST(BaseGenerators, BasicExtremeValuesStayInside) {
+  using u64 = uint64_t;
+  const u64 mask = (u64(1) << 60) - 1, a = 302875106592253ULL;
+  u64 inv = 1;  // Newton: the inverse of a modulo 2^64
+  for (int i = 0; i < 6; ++i) inv *= 2 - a * inv;
+  const struct {
+    u64 x;
+    double u;
+  } cases[] = {{(u64(1) << 60) - 2, 0x1p-59},
+               {(u64(1) << 60) - 62, 62 * 0x1p-60},
+               {2, 0x1.fffffffffffffp-1},
+               {62, 0x1.fffffffffffffp-1}};
+  for (const auto& c : cases) {
+    State s = make(1, {1});
+    const u64 prev = (inv * c.x) & mask;
+    for (int l = 0; l < 4; ++l) s[size_t(4 + l)] = int64_t((prev >> (15 * l)) & 0x7fff);
+    EXPECT_EQ(draw(s, 1)[0], c.u) << c.x;
+  }
+}
+
 // A full 624-word seed reproduces the standard MT19937 output through the
 // mapping u = (int32(w) + 2^31 + 2^-53) 2^-32.
 TEST(BaseGenerators, MersenneTwisterMatchesStdMt19937) {
