@@ -64,6 +64,7 @@ TEST(F07ad, AgreesWithReferenceLapack) {
   EXPECT_EQ(expect_agreement(a, 1e-13), 37);
   EXPECT_EQ(expect_agreement(Mat(200, 180), 0.0), 1);
 }
+
 namespace {
 using getf2_t = void (*)(const I*, const I*, double*, const I*, I*, I*);
 using laswp_t = void (*)(const I*, double*, const I*, const I*, const I*, const I*, const I*);
