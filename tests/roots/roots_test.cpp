@@ -25,103 +25,62 @@ using zebtest::gsl_f;
 
 struct Rc {
   std::vector<int64_t> inds;  // ind after each call
+  std::vector<double> xs;     // x after each call
   double x, y;
-  int64_t ifail;
   ZebError fail;
-  long evals;
+  long evals = 0;
 };
 
-// Drives c05azc to the end; f is evaluated whenever ind asks for it.
-Rc drive(double x, double y, double tolx, Zeb_ErrorControl ir) {
-  Rc r{};
+// Drives c05azc to the end; f is evaluated whenever ind asks for it.  With
+// ind = -1 on entry both end-point values are given: f(y) in c(1).
+Rc drive(double x, double y, double tolx, Zeb_ErrorControl ir, Integer ind = 1) {
+  Rc r;
   ZEB_INIT_FAIL(r.fail);
-  double c[17] = {}, fx = 0;
-  Integer ind = 1;
-  for (int k = 0; k < 500; ++k) {
+  double c[17] = {g_f(y)}, fx = g_f(x);
+  for (int k = 0; k < 500 && ind != 0; ++k) {
     c05azc(&x, &y, fx, tolx, ir, c, &ind, &r.fail);
     r.inds.push_back(ind);
-    if (ind == 0) break;
-    fx = g_f(x);
-    ++r.evals;
+    r.xs.push_back(x);
+    if (ind != 0) fx = g_f(x), ++r.evals;
   }
   r.x = x;
   r.y = y;
-  r.ifail = r.fail.errnum;
   return r;
 }
 
 TEST(C05azStates, EndToEnd) {
   g_f = [](double x) { return x * x - 2; };
-  double x = 0, y = 2, fx = 0, c[17] = {};
-  Integer ind = 1;
-  ZebError fail;
-  ZEB_INIT_FAIL(fail);
-  c05azc(&x, &y, fx, 1e-12, Zeb_Mixed, c, &ind, &fail);
-  EXPECT_EQ(ind, 2);  // asks for f(x) at the first end point
-  EXPECT_EQ(x, 0.0);
-  c05azc(&x, &y, g_f(x), 1e-12, Zeb_Mixed, c, &ind, &fail);
-  EXPECT_EQ(ind, 3);  // the other end point, x and y exchanged
-  EXPECT_EQ(x, 2.0);
-  EXPECT_EQ(y, 0.0);
-  int iterations = 0;
-  bool checked = false;
-  while (true) {
-    const bool converged = c[9] == 1.0;
-    const double at = x;
-    c05azc(&x, &y, g_f(x), 1e-12, Zeb_Mixed, c, &ind, &fail);
-    if (ind == 0) {
-      checked = converged;
-      EXPECT_EQ(x, at);  // the final check evaluates the converged point again
-      break;
+  for (Integer ind0 : {1, -1}) {
+    const Rc r = drive(0, 2, 1e-12, Zeb_Mixed, ind0);
+    const size_t n = r.inds.size();
+    ASSERT_GT(n, 4u);
+    if (ind0 == 1) {  // f(x) at the first end point, then the other, x and y exchanged
+      EXPECT_EQ(r.inds[0], 2);
+      EXPECT_EQ(r.xs[0], 0.0);
+      EXPECT_EQ(r.inds[1], 3);
+      EXPECT_EQ(r.xs[1], 2.0);
     }
-    EXPECT_EQ(ind, 4);
-    EXPECT_GE(x, 0.0);
-    EXPECT_LE(x, 2.0);
-    ASSERT_LT(++iterations, 100);
+    for (size_t k = ind0 == 1 ? 2 : 0; k + 1 < n; ++k) {
+      EXPECT_EQ(r.inds[k], 4);
+      EXPECT_GE(r.xs[k], 0.0);
+      EXPECT_LE(r.xs[k], 2.0);
+    }
+    EXPECT_EQ(r.inds[n - 1], 0);
+    EXPECT_EQ(r.xs[n - 2], r.xs[n - 1]);  // the final check evaluates the converged point again
+    EXPECT_EQ(r.fail.code, NE_NOERROR);
+    EXPECT_NEAR(r.x, std::sqrt(2.0), 2e-12 * std::sqrt(2.0));
+    EXPECT_LE(std::fabs(r.x - r.y), 2e-12 * std::sqrt(2.0));
+    EXPECT_LT((r.x * r.x - 2) * (r.y * r.y - 2), 0.0 + 1e-300);  // still a bracket
   }
-  EXPECT_TRUE(checked);
-  EXPECT_EQ(fail.code, NE_NOERROR);
-  EXPECT_NEAR(x, std::sqrt(2.0), 2e-12 * std::sqrt(2.0));
-  EXPECT_LE(std::fabs(x - y), 2e-12 * std::sqrt(2.0));
-  EXPECT_LT((x * x - 2) * (y * y - 2), 0.0 + 1e-300);  // still a bracket
-}
-
-TEST(C05azStates, ZeroAtTheFirstPointEndsAtOnce) {
+  // A zero at the first point ends at once; one at the second, after it.
   g_f = [](double x) { return x - 1; };
-  const Rc r = drive(1, 3, 1e-10, Zeb_Mixed);
+  Rc r = drive(1, 3, 1e-10, Zeb_Mixed);
   EXPECT_EQ(r.inds, (std::vector<int64_t>{2, 0}));
   EXPECT_EQ(r.x, 1.0);
-  EXPECT_EQ(r.ifail, 0);
-  // And at the second.
-  const Rc s = drive(0, 1, 1e-10, Zeb_Mixed);
-  EXPECT_EQ(s.inds, (std::vector<int64_t>{2, 3, 0}));
-  EXPECT_EQ(s.x, 1.0);
-}
-
-TEST(C05azStates, BothValuesKnownOnEntry) {
-  g_f = [](double x) { return std::cos(x) - x; };
-  double x = 0, y = 1, c[17] = {};
-  c[0] = g_f(1);
-  Integer ind = -1;
-  ZebError fail;
-  ZEB_INIT_FAIL(fail);
-  double fx = g_f(0);
-  long evals = 0;
-  while (true) {
-    c05azc(&x, &y, fx, 1e-12, Zeb_Absolute, c, &ind, &fail);
-    if (ind == 0) break;
-    EXPECT_EQ(ind, 4);
-    fx = g_f(x);
-    ASSERT_LT(++evals, 100);
-  }
-  EXPECT_EQ(fail.code, NE_NOERROR);
-  EXPECT_NEAR(x, 0.7390851332151607, 2e-12);
-}
-
-std::string noisy_az(double x, double y, double fx, double tolx, int64_t ir, int64_t ind,
-                     int64_t* ifail, double* c) {
-  *ifail = -1;
-  return zebtest::capture_stdout([&] { c05azf_(&x, &y, &fx, &tolx, &ir, c, &ind, ifail); });
+  EXPECT_EQ(r.fail.code, NE_NOERROR);
+  r = drive(0, 1, 1e-10, Zeb_Mixed);
+  EXPECT_EQ(r.inds, (std::vector<int64_t>{2, 3, 0}));
+  EXPECT_EQ(r.x, 1.0);
 }
 
 std::string exit_lines(const char* name, int n) {
@@ -129,69 +88,26 @@ std::string exit_lines(const char* name, int n) {
          std::to_string(n) + "\n ** ZEB soft failure - control returned\n";
 }
 
-TEST(C05azFailures, CheckedInOrder) {
-  double c[17] = {};
+TEST(C05azFailures, ArgumentsCheckedInOrder) {
+  auto noisy = [](double tolx, int64_t ir, int64_t ind, int64_t* ifail) {
+    double x = 0, y = 1, fx = 0, c[17] = {};
+    *ifail = -1;
+    const std::string out =
+        zebtest::capture_stdout([&] { c05azf_(&x, &y, &fx, &tolx, &ir, c, &ind, ifail); });
+    EXPECT_EQ(ind, 0) << "ind is set to 0 on every error exit";
+    return out;
+  };
   int64_t ifail;
-  // A bad ind is reported before anything else is looked at.
-  for (int64_t bad : {0, 5, -2}) {
-    EXPECT_EQ(noisy_az(0, 1, 0, -1, 7, bad, &ifail, c),
-              " ** On entry, ind = " + std::to_string(bad) +
-                  "\n ** Constraint: ind = -1, 1, 2, 3 or 4.\n" + exit_lines("c05azf", 2));
-    EXPECT_EQ(ifail, 2);
+  for (int64_t bad : {0, 5, -2}) {  // a bad ind is reported before anything else
+    EXPECT_EQ(noisy(-1, 7, bad, &ifail), " ** On entry, ind = " + std::to_string(bad) +
+                                              "\n ** Constraint: ind = -1, 1, 2, 3 or 4.\n" +
+                                              exit_lines("c05azf", 2));
   }
-  EXPECT_EQ(noisy_az(0, 1, 0, 0.0, 7, 1, &ifail, c),
+  EXPECT_EQ(noisy(0.0, 7, 1, &ifail),
             " ** On entry, tolx = 0.0\n ** Constraint: tolx > 0.0.\n" + exit_lines("c05azf", 3));
-  EXPECT_EQ(noisy_az(0, 1, 0, 1e-8, 3, 1, &ifail, c),
+  EXPECT_EQ(noisy(1e-8, 3, 1, &ifail),
             " ** On entry, ir = 3\n ** Constraint: ir = 0, 1 or 2.\n" + exit_lines("c05azf", 3));
-  // ind is set to 0 on every error exit.
-  double x = 0, y = 1, fx = 0, tolx = 0;
-  int64_t ir = 0, ind = 1;
-  ifail = 1;
-  c05azf_(&x, &y, &fx, &tolx, &ir, c, &ind, &ifail);
-  EXPECT_EQ(ind, 0);
-}
-
-TEST(C05azFailures, SameSignPoleAndTooSmallTolerance) {
-  g_f = [](double x) { return x * x + 1; };
-  Rc r = drive(-1, 2, 1e-10, Zeb_Mixed);
-  EXPECT_EQ(r.ifail, 1);
-  EXPECT_EQ(r.fail.code, NE_NOT_SIGN_CHANGE);
-  EXPECT_STREQ(r.fail.message,
-               "NE_NOT_SIGN_CHANGE:\n  On entry, f(x) and f(y) have the same sign with neither "
-               "equalling 0.0:\n  f(x) = 2.0 and f(y) = 5.0.");
-  // 1/(x - 1) on [0, 2]: the bracket closes on the pole, and the final
-  // check finds |f| larger than at the end points.
-  g_f = [](double x) { return 1 / (x - 1); };
-  r = drive(0, 2, 1e-10, Zeb_Mixed);
-  EXPECT_EQ(r.ifail, 4);
-  EXPECT_EQ(r.fail.code, NE_PROBABLE_POLE);
-  EXPECT_NEAR(r.x, 1.0, 1e-9);
-  EXPECT_STREQ(r.fail.message,
-               "NE_PROBABLE_POLE:\n  The final interval may contain a pole rather than a zero.\n"
-               "  Note that this error exit is not completely reliable: it may be taken\n"
-               "  in extreme cases when [x,y] contains a zero, or it may not be taken\n"
-               "  when [x,y] contains a pole.\n"
-               "  Both these cases occur most frequently when tolx is large.");
-  // An absolute tolerance below the spacing of the doubles near the zero.
-  g_f = [](double x) { return x * x - 2e6; };
-  r = drive(0, 2000, 1e-14, Zeb_Absolute);
-  EXPECT_EQ(r.ifail, 5);
-  EXPECT_EQ(r.fail.code, NW_TOO_MUCH_ACC_REQUESTED);
-  EXPECT_STREQ(r.fail.message,
-               "NW_TOO_MUCH_ACC_REQUESTED:\n  The tolerance tolx has been set too small for the "
-               "problem\n  being solved. However, the values x and y returned may well\n  be good "
-               "approximations to the zero.\n  tolx = 1.0e-14.");
-  EXPECT_NEAR(r.x, std::sqrt(2e6), 1e-9);
-  EXPECT_LE(std::fabs(r.x - r.y), 4 * 2.3e-13);
-  // A warning is printed with the warning heading.
-  g_f = [](double x) { return x * x - 2e6; };
-  const zebtest::Run run = zebtest::run(zebtest::prog("roots_warning"));
-  EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(run.err.rfind("Warning from ZEB routine c05azc:\nNW_TOO_MUCH_ACC_REQUESTED:\n", 0), 0u)
-      << run.err;
-}
-
-TEST(C05azFailures, InvalidEnumAndNullPointers) {
+  // The C entry's own checks.
   double x = 0, y = 1, c[17] = {};
   Integer ind = 1;
   ZebError fail;
@@ -202,54 +118,84 @@ TEST(C05azFailures, InvalidEnumAndNullPointers) {
   EXPECT_STREQ(fail.message, "NE_BAD_PARAM:\n  On entry, parameter c had an illegal value.");
   ind = 7;
   c05azc(&x, &y, 0, 1e-8, Zeb_Mixed, c, &ind, &fail);
-  EXPECT_STREQ(fail.message, "NE_INT:\n  On entry, ind = 7.\n  Constraint: ind = -1, 1, 2, 3 or 4.");
+  EXPECT_EQ(fail.code, NE_INT);
+}
+
+TEST(C05azFailures, SameSignPoleAndTooSmallTolerance) {
+  g_f = [](double x) { return x * x + 1; };
+  Rc r = drive(-1, 2, 1e-10, Zeb_Mixed);
+  EXPECT_EQ(r.fail.errnum, 1);
+  EXPECT_STREQ(r.fail.message,
+               "NE_NOT_SIGN_CHANGE:\n  On entry, f(x) and f(y) have the same sign with neither "
+               "equalling 0.0:\n  f(x) = 2.0 and f(y) = 5.0.");
+  // 1/(x - 1) on [0, 2]: the bracket closes on the pole, and the final
+  // check finds |f| larger than at the end points.
+  g_f = [](double x) { return 1 / (x - 1); };
+  r = drive(0, 2, 1e-10, Zeb_Mixed);
+  EXPECT_EQ(r.fail.errnum, 4);
+  EXPECT_NEAR(r.x, 1.0, 1e-9);
+  EXPECT_STREQ(r.fail.message,
+               "NE_PROBABLE_POLE:\n  The final interval may contain a pole rather than a zero.\n"
+               "  Note that this error exit is not completely reliable: it may be taken\n"
+               "  in extreme cases when [x,y] contains a zero, or it may not be taken\n"
+               "  when [x,y] contains a pole.\n"
+               "  Both these cases occur most frequently when tolx is large.");
+  // An absolute tolerance below the spacing of the doubles near the zero.
+  g_f = [](double x) { return x * x - 2e6; };
+  r = drive(0, 2000, 1e-14, Zeb_Absolute);
+  EXPECT_EQ(r.fail.errnum, 5);
+  EXPECT_EQ(r.fail.code, NW_TOO_MUCH_ACC_REQUESTED);
+  EXPECT_STREQ(r.fail.message,
+               "NW_TOO_MUCH_ACC_REQUESTED:\n  The tolerance tolx has been set too small for the "
+               "problem\n  being solved. However, the values x and y returned may well\n  be good "
+               "approximations to the zero.\n  tolx = 1.0e-14.");
+  EXPECT_NEAR(r.x, std::sqrt(2e6), 1e-9);
+  EXPECT_LE(std::fabs(r.x - r.y), 4 * 2.3e-13);
+  // A warning is printed with the warning heading.
+  const zebtest::Run run = zebtest::run(zebtest::prog("roots_warning"));
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.err.rfind("Warning from ZEB routine c05azc:\nNW_TOO_MUCH_ACC_REQUESTED:\n", 0), 0u)
+      << run.err;
 }
 
 TEST(C05azErrorControl, TheThreeKinds) {
   // A zero far from 1 in magnitude shows the three tolerances apart.
-  struct K {
-    Zeb_ErrorControl ir;
-    double tol;  // the step tolerance at the zero
-  };
   for (double root : {3.0e5, 2.5e-4}) {
     g_f = [root](double x) { return (x - root) * (1 + x * x); };
     const double tolx = 1e-9;
-    const K kinds[] = {{Zeb_Mixed, tolx * std::fmax(root, 1.0)},
-                       {Zeb_Absolute, tolx},
-                       {Zeb_Relative, tolx * root}};
+    const Zeb_ErrorControl kinds[] = {Zeb_Mixed, Zeb_Absolute, Zeb_Relative};
+    // The step tolerance at the zero.
+    const double tols[] = {tolx * std::fmax(root, 1.0), tolx, tolx * root};
     std::vector<Rc> runs;
-    for (const K& k : kinds) {
-      const Rc r = drive(0.1 * root, 2.9 * root, tolx, k.ir);
-      EXPECT_EQ(r.ifail, 0);
+    for (int k = 0; k < 3; ++k) {
+      const Rc r = drive(0.1 * root, 2.9 * root, tolx, kinds[k]);
+      EXPECT_EQ(r.fail.code, NE_NOERROR);
       // Converged when half the bracket is within the tolerance (at the
       // final iterate, which lies within the bracket, so allow twice); an
       // exact zero ends the search at once, with no bracket to speak of.
       if (g_f(r.x) != 0.0) {
-        EXPECT_LE(std::fabs(r.x - r.y), 2 * 2 * k.tol) << root << " ir " << k.ir;
+        EXPECT_LE(std::fabs(r.x - r.y), 2 * 2 * tols[k]) << root << " kind " << k;
       }
-      EXPECT_LE(std::fabs(r.x - root), 2 * 2 * k.tol);
+      EXPECT_LE(std::fabs(r.x - root), 2 * 2 * tols[k]);
       runs.push_back(r);
     }
     // Every iterate lies beyond 1 in magnitude (mixed is then relative) or
     // within it (mixed is then absolute): the same steps exactly.
     const Rc& same = root > 1 ? runs[2] : runs[1];
-    EXPECT_EQ(runs[0].x, same.x);
-    EXPECT_EQ(runs[0].evals, same.evals);
-    EXPECT_NE(runs[1].evals == runs[2].evals && runs[1].x == runs[2].x, true)
-        << "absolute and relative control should differ here";
+    EXPECT_EQ(runs[0].xs, same.xs);
+    EXPECT_NE(runs[1].xs, runs[2].xs) << "absolute and relative control should differ here";
   }
 }
 
 // ---- the direct form ---------------------------------------------------------
 
-struct Classic {
-  const char* name;
-  std::function<double(double)> f;
-  double a, b, root;
-};
-
-std::vector<Classic> classics() {
-  return {
+TEST(C05ayClassics, NoMoreEvaluationsThanGslBrent) {
+  struct Classic {
+    const char* name;
+    std::function<double(double)> f;
+    double a, b, root;
+  };
+  const Classic classics[] = {
       {"x^2 - 2", [](double x) { return x * x - 2; }, 0, 2, std::sqrt(2.0)},
       {"cos x - x", [](double x) { return std::cos(x) - x; }, 0, 1, 0.7390851332151607},
       {"x^3 - 2x - 5", [](double x) { return x * x * x - 2 * x - 5; }, 2, 3, 2.0945514815423265},
@@ -261,35 +207,25 @@ std::vector<Classic> classics() {
       {"atan(x - 1.3)", [](double x) { return std::atan(x - 1.3); }, -4, 5, 1.3},
       {"exp(-x) - x", [](double x) { return std::exp(-x) - x; }, -1, 2, 0.5671432904097838},
   };
-}
-
-// GSL's Brent solver, iterated until its bracket is as narrow as ours at
-// convergence: ours stops when half the bracket is within eps, so the
-// bracket test is |hi - lo| < 2 eps.
-long gsl_brent_evals(const Classic& c, double eps, double* root) {
   gsl_set_error_handler_off();
   gsl_root_fsolver* s = gsl_root_fsolver_alloc(gsl_root_fsolver_brent);
   gsl_function F{gsl_f, nullptr};
-  g_calls = 0;
-  gsl_root_fsolver_set(s, &F, c.a, c.b);
-  for (int k = 0; k < 1000; ++k) {
-    gsl_root_fsolver_iterate(s);
-    if (gsl_root_test_interval(gsl_root_fsolver_x_lower(s), gsl_root_fsolver_x_upper(s), 2 * eps,
-                               0) == GSL_SUCCESS)
-      break;
-  }
-  *root = gsl_root_fsolver_root(s);
-  gsl_root_fsolver_free(s);
-  return g_calls;
-}
-
-TEST(C05ayClassics, NoMoreEvaluationsThanGslBrent) {
-  for (const Classic& c : classics()) {
+  for (const Classic& c : classics) {
     SCOPED_TRACE(c.name);
     g_f = c.f;
     for (double eps : {1e-6, 1e-10, 1e-13}) {
-      double peer_root;
-      const long peer = gsl_brent_evals(c, eps, &peer_root);
+      // GSL's Brent solver, iterated until its bracket is as narrow as ours
+      // at convergence: ours stops when half the bracket is within eps, so
+      // the bracket test is |hi - lo| < 2 eps.
+      g_calls = 0;
+      gsl_root_fsolver_set(s, &F, c.a, c.b);
+      for (int k = 0; k < 1000; ++k) {
+        gsl_root_fsolver_iterate(s);
+        if (gsl_root_test_interval(gsl_root_fsolver_x_lower(s), gsl_root_fsolver_x_upper(s),
+                                   2 * eps, 0) == GSL_SUCCESS)
+          break;
+      }
+      const long peer = g_calls;
       ZebError fail;
       ZEB_INIT_FAIL(fail);
       double x;
@@ -300,14 +236,11 @@ TEST(C05ayClassics, NoMoreEvaluationsThanGslBrent) {
       // direct form already has: f is called once per abscissa.
       EXPECT_LE(g_calls, peer) << "eps " << eps;
       EXPECT_LE(std::fabs(x - c.root), 2 * eps + 4e-16 * std::fabs(c.root)) << "eps " << eps;
-      std::printf("  %-14s eps %.0e: c05ayc %3ld evaluations, GSL brent %3ld\n", c.name, eps,
-                  g_calls, peer);
     }
   }
-}
-
-TEST(C05ayDirect, ResidualTestStopsEarly) {
-  g_f = [](double x) { return x * x * x - 2 * x - 5; };
+  gsl_root_fsolver_free(s);
+  // The residual test stops earlier.
+  g_f = classics[2].f;
   double x;
   ZebError fail;
   ZEB_INIT_FAIL(fail);
@@ -350,6 +283,7 @@ TEST(C05ayDirect, RemappedFailuresWithTheirLines) {
   EXPECT_EQ(noisy(1, 1, 1e-10, 0),
             " ** On entry, a = 1.0 and b = 1.0\n ** Constraint: a and b must not be equal.\n" +
                 exit_lines("c05ayf", 1));
+  // The C entry: the same exits, the warning with its own code.
   ZebError fail;
   ZEB_INIT_FAIL(fail);
   double x;
@@ -357,12 +291,8 @@ TEST(C05ayDirect, RemappedFailuresWithTheirLines) {
   c05ayc(0, 2000, 1e-14, 0, c_f, &x, nullptr, &fail);
   EXPECT_EQ(fail.errnum, 2);
   EXPECT_EQ(fail.code, NW_TOO_MUCH_ACC_REQUESTED);
-  EXPECT_EQ(std::string(fail.message).rfind("NW_TOO_MUCH_ACC_REQUESTED:\n  The tolerance eps", 0), 0u);
   g_f = [](double x) { return x * x + 1; };
   c05ayc(0, 1, 1e-10, 0, c_f, &x, nullptr, &fail);
-  EXPECT_STREQ(fail.message,
-               "NE_NOT_SIGN_CHANGE:\n  On entry, f(a) and f(b) have the same sign with neither "
-               "equalling 0.0:\n  f(a) = 1.0 and f(b) = 2.0.");
   EXPECT_EQ(fail.code, NE_NOT_SIGN_CHANGE);
 }
 
@@ -372,10 +302,8 @@ double c_stopping(double x, Zeb_Comm* comm) {
   return std::cos(x) - x;
 }
 double fortran_stopping(const double* x) {
-  if (++g_calls == g_stop_at) {
-    const int64_t flag = 9;
-    p01stf_(&flag);
-  }
+  const int64_t flag = 9;
+  if (++g_calls == g_stop_at) p01stf_(&flag);
   return std::cos(*x) - *x;
 }
 
@@ -389,7 +317,6 @@ TEST(C05ayDirect, UserStopEndsTheSearchAtOnce) {
     Zeb_Comm comm{};
     c05ayc(0, 1, 1e-12, 0, c_stopping, &x, &comm, &fail);
     EXPECT_EQ(g_calls, at);
-    EXPECT_EQ(fail.code, NE_USER_STOP);
     EXPECT_EQ(fail.errnum, -1);
     EXPECT_STREQ(fail.message, "NE_USER_STOP:\n  User requested termination, user flag value = -2.");
   }
