@@ -1,96 +1,60 @@
 // The base generators against independent references, and the stream laws
 // (skip-ahead, leap-frog) for every generator.
+#include <algorithm>
 #include <cmath>
-#include <random>
-#include <sstream>
 
 #include "common/testing.hpp"
 #include "random/rng_testing.hpp"
 
 using namespace rngtest;
 
-// The basic generator's first value after seed 1 is 1 - X/2^60 with
-// X = 13^26 * 6 mod 2^60 (initialisation steps once, the draw once more).
-TEST(BaseGenerators, BasicFirstValue) {
+// The first value after seed 1 is 1 - X/2^60 with X = 13^26 * 6 mod 2^60
+// (initialisation steps once, the draw once more); seeds s and s + 2^58
+// give the same stream.  X next to 2^60 and next to 0, where the double sum
+// of the deviate rounds to 1 or 1 - sum rounds to 1, still gives u strictly
+// inside (0, 1): exactly (2^60 - X) 2^-60 near 0, the largest double below 1
+// near 1.
+TEST(BaseGenerators, Basic) {
   using u128 = unsigned __int128;
   u128 x = 6;
   for (int i = 0; i < 26; ++i) x = (x * 13) % (u128(1) << 60);
   State s = make(1, {1});
-  const double u = draw(s, 1)[0];
-  EXPECT_EQ(u, double(1.0L - (long double)(uint64_t(x)) / 0x1p60L));
-  // seeds s and s + 2^58 give the same stream.
+  EXPECT_EQ(draw(s, 1)[0], double(1.0L - (long double)(uint64_t(x)) / 0x1p60L));
   State a = make(1, {12345}), b = make(1, {12345 + (int64_t(1) << 58)});
   EXPECT_EQ(draw(a, 100), draw(b, 100));
-}
-
-// X next to 2^60 and next to 0, where the double sum of the deviate rounds
-// to 1 or 1 - sum rounds to 1: u = 1 - X/2^60 is still strictly inside
-// (0, 1), exactly (2^60 - X) 2^-60 near 0 and the largest double below 1
-// near 1.  The value before the step is A^-1 X.
-TEST(BaseGenerators, BasicExtremeValuesStayInside) {
-  using u64 = uint64_t;
-  const u64 mask = (u64(1) << 60) - 1, a = 302875106592253ULL;
-  u64 inv = 1;  // Newton: the inverse of a modulo 2^64
-  for (int i = 0; i < 6; ++i) inv *= 2 - a * inv;
   const struct {
-    u64 x;
+    uint64_t x;
     double u;
-  } cases[] = {{(u64(1) << 60) - 2, 0x1p-59},
-               {(u64(1) << 60) - 62, 62 * 0x1p-60},
+  } cases[] = {{(uint64_t(1) << 60) - 2, 0x1p-59},
+               {(uint64_t(1) << 60) - 62, 62 * 0x1p-60},
                {2, 0x1.fffffffffffffp-1},
                {62, 0x1.fffffffffffffp-1}};
   for (const auto& c : cases) {
-    State s = make(1, {1});
-    const u64 prev = (inv * c.x) & mask;
-    for (int l = 0; l < 4; ++l) s[size_t(4 + l)] = int64_t((prev >> (15 * l)) & 0x7fff);
+    set_basic_next(s, c.x);
     EXPECT_EQ(draw(s, 1)[0], c.u) << c.x;
   }
 }
 
-// A full 624-word seed reproduces the standard MT19937 output through the
-// mapping u = (int32(w) + 2^31 + 2^-53) 2^-32.
+// A full 624-word seed reproduces std::mt19937's output.  Leap-frog streams
+// far apart: the k-th of n = 3 10^7 reads words k-1, k-1+n, ... of that
+// sequence, and for n = k = 2^62 (one jump per read) agrees with skipping.
 TEST(BaseGenerators, MersenneTwisterMatchesStdMt19937) {
   std::vector<int64_t> seed(624);
   std::mt19937_64 src(42);
-  std::stringstream words;
-  for (auto& w : seed) {
-    w = int64_t(src() & 0xffffffffU);
-    words << w << ' ';
-  }
-  words << 624;  // the position: the next call regenerates the block
-  std::mt19937 ref;
-  words >> ref;
+  for (auto& w : seed) w = int64_t(src() & 0xffffffffU);
+  std::mt19937 ref = mt_reference(seed);
   State s = make(3, seed);
   const std::vector<double> u = draw(s, 100000);
-  for (size_t i = 0; i < u.size(); ++i) {
-    const double v = double(int32_t(ref())) + 2147483648.0;
-    ASSERT_EQ(u[i], (v + 0x1p-53) * 0x1p-32) << i;
-  }
-}
+  for (size_t i = 0; i < u.size(); ++i) ASSERT_EQ(u[i], mt_uniform(ref)) << i;
 
-// Leap-frog streams of the Mersenne Twister far apart: the k-th of n reads
-// words k-1, k-1+n, ... of the standard sequence (checked against
-// std::mt19937 for n = 3 10^7), and for n = k = 2^62 (one jump per read)
-// agrees with skipping ahead.
-TEST(BaseGenerators, MersenneTwisterFarLeapFrog) {
-  std::vector<int64_t> seed(624);
-  std::mt19937 words(2024);
-  for (auto& w : seed) w = int64_t(words());
-  std::stringstream text;
-  for (auto w : seed) text << w << ' ';
-  text << 624;
-  std::mt19937 ref;
-  text >> ref;
   const int64_t n = 30000000, k = n - 5;
-  State s = make(3, seed);
-  leap(s, n, k);
-  const std::vector<double> u = draw(s, 3);
+  State f = make(3, seed);
+  leap(f, n, k);
+  const std::vector<double> uf = draw(f, 3);
+  ref = mt_reference(seed);
   ref.discard(uint64_t(k - 1));
-  for (int i = 0; i < 3; ++i) {
-    const double v = double(int32_t(ref())) + 2147483648.0;
-    EXPECT_EQ(u[size_t(i)], (v + 0x1p-53) * 0x1p-32) << i;
-    ref.discard(uint64_t(n - 1));
-  }
+  for (size_t i = 0; i < 3; ++i, ref.discard(uint64_t(n - 1))) EXPECT_EQ(uf[i], mt_uniform(ref)) << i;
+
   const int64_t big = int64_t(1) << 62;
   State a = make(3, {31}), b = a;
   leap(a, big, big);
@@ -99,6 +63,26 @@ TEST(BaseGenerators, MersenneTwisterFarLeapFrog) {
   const double first = draw(b, 1)[0];
   skip(b, big - 1);
   EXPECT_EQ(ua, (std::vector<double>{first, draw(b, 1)[0]}));
+}
+
+// Skips by 2^e: the recurrence has period 2^19937 - 1, so 2^(19937 + e)
+// moves as 2^e.  From e = 1024 on they start from a table of x^(2^(1024 j)):
+// the first entry against 1023 squarings done twice, the last (2^19456)
+// through 2^19936 + 2^19936 = 2^19937, a move of one word.
+TEST(BaseGenerators, MersenneTwisterJumpTable) {
+  const State s = make(3, {123});
+  const std::vector<std::vector<int64_t>> pairs = {{19937 + 5}, {5}, {1024}, {1023, 1023}, {19936, 19936}};
+  std::vector<std::vector<double>> u;
+  for (const auto& es : pairs) {
+    State t = s;
+    for (int64_t e : es) skip2(t, e);
+    u.push_back(draw(t, 700));
+  }
+  State one = s;
+  skip(one, 1);
+  EXPECT_EQ(u[0], u[1]);
+  EXPECT_EQ(u[2], u[3]);
+  EXPECT_EQ(u[4], draw(one, 700));
 }
 
 // MRG32k3a with all six seeds 12345 against the recurrences evaluated in
@@ -113,29 +97,19 @@ TEST(BaseGenerators, Mrg32k3aReference) {
 
 // The Wichmann-Hill I sets: prime moduli below 16770648, distinct across
 // the table; multipliers of the constructed sets (4 onwards) are primitive
-// roots in 120..127; subid s and s + 273 select the same set.
+// roots in 120..127; subid s and s + 273 select the same set, also next to
+// the ends of the integer range.
 TEST(BaseGenerators, WichmannHillSets) {
-  auto is_prime = [](int64_t p) {
-    for (int64_t d = 2; d * d <= p; ++d)
-      if (p % d == 0) return false;
-    return p > 1;
+  auto pow_mod = [](int64_t b, int64_t e, int64_t p) {
+    int64_t r = 1;
+    for (b %= p; e; e >>= 1, b = b * b % p)
+      if (e & 1) r = r * b % p;
+    return r;
   };
-  auto primitive = [](int64_t a, int64_t p) {
-    int64_t n = p - 1;
-    std::vector<int64_t> qs;
-    for (int64_t d = 2; d * d <= n; ++d)
-      if (n % d == 0) {
-        qs.push_back(d);
-        while (n % d == 0) n /= d;
-      }
-    if (n > 1) qs.push_back(n);
-    for (int64_t q : qs) {
-      int64_t r = 1, b = a % p;
-      for (int64_t e = (p - 1) / q; e; e >>= 1, b = b * b % p)
-        if (e & 1) r = r * b % p;
-      if (r == 1) return false;
-    }
-    return true;
+  auto primitive = [&](int64_t a, int64_t p) {  // order p - 1 modulo the prime p
+    for (int64_t d = 2; d * d <= p - 1; ++d)
+      if ((p - 1) % d == 0 && (pow_mod(a, d, p) == 1 || pow_mod(a, (p - 1) / d, p) == 1)) return false;
+    return a % p != 1;
   };
   std::vector<int64_t> moduli;
   for (int64_t set = 1; set <= 273; ++set) {
@@ -143,19 +117,17 @@ TEST(BaseGenerators, WichmannHillSets) {
     ASSERT_EQ(s[3], set);
     for (int j = 0; j < 4; ++j) {
       const int64_t a = s[8 + j], m = s[12 + j];
-      EXPECT_TRUE(is_prime(m)) << set;
-      EXPECT_LE(m, 16770647);
+      bool prime = m > 1;
+      for (int64_t d = 2; d * d <= m; ++d) prime = prime && m % d;
+      EXPECT_TRUE(prime && m <= 16770647) << set << " " << m;
+      EXPECT_TRUE(set <= 3 || (a >= 120 && a <= 127 && primitive(a, m))) << set << " " << a;
       moduli.push_back(m);
-      if (set > 3) {
-        EXPECT_TRUE(a >= 120 && a <= 127 && primitive(a, m)) << set << " " << a << " " << m;
-      }
     }
   }
   std::sort(moduli.begin(), moduli.end());
   EXPECT_EQ(std::adjacent_find(moduli.begin(), moduli.end()), moduli.end());
-  EXPECT_EQ(make(2, {5, 6, 7, 8}, 40), make(2, {5, 6, 7, 8}, 40 + 273));
-  EXPECT_EQ(make(2, {5, 6, 7, 8}, 0), make(2, {5, 6, 7, 8}, 273));
-  EXPECT_EQ(make(2, {5, 6, 7, 8}, INT64_MIN), make(2, {5, 6, 7, 8}, INT64_MIN + 273));
+  for (int64_t subid : {int64_t(40), int64_t(0), INT64_MIN})
+    EXPECT_EQ(make(2, {5, 6, 7, 8}, subid), make(2, {5, 6, 7, 8}, subid + 273)) << subid;
   EXPECT_NE(make(2, {5, 6, 7, 8}, 40), make(2, {5, 6, 7, 8}, 41));
 }
 
@@ -168,9 +140,9 @@ TEST(BaseGenerators, WichmannHillWholeSumsStayInside) {
   for (const auto& r : rows) {
     State s = r[0] == "wh1" ? make(2, {1, 2, 3, 4}, 1) : make(4, {1, 2, 3, 4});
     for (int j = 0; j < 4; ++j) s[size_t(4 + j)] = std::stoll(r[size_t(1 + j)]);
-    const double u = draw(s, 1)[0], ref = std::stod(r[5]);
+    const double u = draw(s, 1)[0];
     EXPECT_TRUE(u > 0.0 && u < 1.0) << r[0] << " " << u;
-    EXPECT_NEAR(u, ref, 0x1p-53) << r[0];
+    EXPECT_NEAR(u, std::stod(r[5]), 0x1p-53) << r[0];
   }
 }
 
@@ -181,7 +153,6 @@ TEST(BaseGenerators, AcornReference) {
   const auto rows = zebtest::read_table("random_acorn.txt");
   ASSERT_EQ(rows.size(), 48u);
   int64_t subid = -1;
-  State s;
   std::vector<double> u;
   for (const auto& r : rows) {
     if (std::stoll(r[0]) != subid) {
@@ -190,7 +161,7 @@ TEST(BaseGenerators, AcornReference) {
       std::vector<int64_t> seed(size_t(m * k));
       for (size_t j = 0; j < seed.size(); ++j)
         seed[j] = 1 + int64_t(j) * 2654435761LL % ((int64_t(1) << 30) - 1);
-      s = make(5, seed, subid);
+      State s = make(5, seed, subid);
       u = draw(s, 12);
     }
     EXPECT_NEAR(u[size_t(std::stoll(r[1]))], std::stod(r[2]), 0x1p-53) << "subid " << subid;
@@ -211,91 +182,68 @@ TEST(BaseGenerators, AcornExtremeElementsStayInside) {
       int64_t* last = &s[size_t(7 + (k - 1) * m)];
       for (int64_t d = 0; d < m; ++d) last[d] = full;  // 2^(30m) - 1 - c, or 2^(30m) - c
       last[0] = full - c + (top ? 0 : 1);
-      const double u = draw(s, 1)[0];
+      const double u = draw(s, 1)[0], tail = std::ldexp(1.0, int(-30 * m));
       EXPECT_TRUE(u > 0.0 && u < 1.0) << "subid " << subid << " u " << u;
-      if (top)
-        EXPECT_GE(u, 1.0 - std::max(std::ldexp(1.0, int(-30 * m)), 0x1p-52));
-      else
-        EXPECT_LE(u, std::ldexp(1.0, int(-30 * m)));
+      EXPECT_TRUE(top ? u >= 1.0 - std::max(tail, 0x1p-52) : u <= tail) << "subid " << subid;
     }
   }
 }
 
 class Streams : public ::testing::TestWithParam<Case> {};
 
-TEST_P(Streams, EqualInitialisationsGiveEqualStates) {
-  EXPECT_EQ(make(GetParam()), make(GetParam()));
-}
-
-TEST_P(Streams, UniformsLieInsideTheOpenInterval) {
+// Equal initialisations give equal states; 10^6 uniforms lie strictly
+// inside (0, 1), and the chi-square of 100 buckets and of 32 x 32 serial
+// pairs stays within six standard deviations.
+TEST_P(Streams, UniformsInsideTheIntervalAndEvenlySpread) {
   State s = make(GetParam());
-  for (double u : draw(s, 1000000)) ASSERT_TRUE(u > 0.0 && u < 1.0) << u;
-}
-
-TEST_P(Streams, SkipAheadEqualsSingleDraws) {
-  for (int64_t n : {int64_t(0), int64_t(1), int64_t(7), int64_t(1000), int64_t(1000000)}) {
-    State a = make(GetParam()), b = a;
-    draw(a, n);
-    skip(b, n);
-    if (n == 0) {
-      EXPECT_EQ(a, b);  // word for word
-    }
-    EXPECT_EQ(draw(a, 50), draw(b, 50)) << "n = " << n;
+  EXPECT_EQ(s, make(GetParam()));
+  const std::vector<double> u = draw(s, 1000000);
+  std::vector<double> one(100, 0.0), two(1024, 0.0);
+  for (size_t i = 0; i < u.size(); ++i) {
+    ASSERT_TRUE(u[i] > 0.0 && u[i] < 1.0) << u[i];
+    one[size_t(u[i] * 100)] += 1;
+    if (i % 2) two[size_t(u[i - 1] * 32) * 32 + size_t(u[i] * 32)] += 1;
+  }
+  for (const auto* c : {&one, &two}) {
+    const double cells = double(c->size()), e = (c == &one ? 1e6 : 5e5) / cells;
+    double x = 0.0;
+    for (double v : *c) x += (v - e) * (v - e) / e;
+    EXPECT_LT(std::fabs(x - (cells - 1)), 6 * std::sqrt(2 * (cells - 1))) << cells << " cells";
   }
 }
 
-TEST_P(Streams, LargeSkipsAgree) {
-  const int64_t big = int64_t(1) << 40;
-  State a = make(GetParam()), b = a, c = a, d = a;
-  skip(a, big);
-  skip2(b, 40);
-  skip(c, big - 1000);
-  draw(c, 1000);
-  skip(d, big / 2);
-  skip(d, big / 2);
-  const std::vector<double> ua = draw(a, 20);
-  EXPECT_EQ(ua, draw(b, 20));
-  EXPECT_EQ(ua, draw(c, 20));
-  EXPECT_EQ(ua, draw(d, 20));
-  // Beyond 64 bits: 2^100 = 2^99 + 2^99.
+// Skip-ahead by n equals n draws (n = 0 word for word); g05kk(e) equals
+// g05kj(2^e), for 2^40 also 2^40 - 1000 skipped then 1000 drawn; beyond 64
+// bits 2^100 = 2^99 + 2^99.
+TEST_P(Streams, SkipAheadEqualsSingleDraws) {
+  for (int64_t n : {0, 1, 7, 1000, 1000000}) {
+    State a = make(GetParam()), b = a;
+    draw(a, n);
+    skip(b, n);
+    if (n == 0) { EXPECT_EQ(a, b); }
+    EXPECT_EQ(draw(a, 50), draw(b, 50)) << "n = " << n;
+  }
+  for (int64_t e : {0, 3, 17, 40}) {
+    State x = make(GetParam()), y = x, z = x;
+    skip2(x, e);
+    skip(y, int64_t(1) << e);
+    const std::vector<double> ux = draw(x, 20);
+    EXPECT_EQ(ux, draw(y, 20)) << "e = " << e;
+    if (e < 40) continue;
+    skip(z, (int64_t(1) << e) - 1000);
+    draw(z, 1000);
+    EXPECT_EQ(ux, draw(z, 20));
+  }
   State p = make(GetParam()), q = p;
   skip2(p, 100);
   skip2(q, 99);
   skip2(q, 99);
   EXPECT_EQ(draw(p, 20), draw(q, 20));
-  for (int64_t e : {0, 3, 17}) {
-    State x = make(GetParam()), y = x;
-    skip2(x, e);
-    skip(y, int64_t(1) << e);
-    EXPECT_EQ(draw(x, 20), draw(y, 20)) << "e = " << e;
-  }
 }
 
-// The Mersenne Twister's recurrence has period 2^19937 - 1 (x^(2^19937) = x
-// modulo its characteristic polynomial), so skipping 2^(19937 + e) draws
-// moves the stream exactly as skipping 2^e draws.
-TEST(BaseGenerators, MersenneTwisterSkipExponentWrapsAtTheDegree) {
-  State a = make(3, {77}), b = a;
-  skip2(a, 19937 + 5);
-  skip2(b, 5);
-  EXPECT_EQ(draw(a, 700), draw(b, 700));
-}
-
-// Skips by 2^e with e >= 1024 start from a table of x^(2^(1024 j)): the
-// first entry against 1023 squarings done twice, the last (2^19456)
-// through 2^19936 + 2^19936 = 2^19937, a move of one word.
-TEST(BaseGenerators, MersenneTwisterJumpTable) {
-  State a = make(3, {123}), b = a, c = a, d = a;
-  skip2(a, 1024);
-  skip2(b, 1023);
-  skip2(b, 1023);
-  EXPECT_EQ(draw(a, 700), draw(b, 700));
-  skip2(c, 19936);
-  skip2(c, 19936);
-  skip(d, 1);
-  EXPECT_EQ(draw(c, 700), draw(d, 700));
-}
-
+// The k-th of n leap-frog streams reads elements k-1, k-1+n, ... of the
+// sequence; n = k = 1 leaves the stream as it was; skip-ahead moves a
+// leap-frogged stream by whole strides.
 TEST_P(Streams, LeapFrogStreamsInterleaveToTheSequence) {
   if (GetParam().genid == 5) GTEST_SKIP() << "ACORN has no leap-frog";
   const int64_t n = 5, m = 300;
@@ -307,38 +255,14 @@ TEST_P(Streams, LeapFrogStreamsInterleaveToTheSequence) {
     const std::vector<double> part = draw(s, m);
     for (int64_t i = 0; i < m; ++i) ASSERT_EQ(part[size_t(i)], seq[size_t(i * n + k - 1)]) << k;
   }
-  // n = 1, k = 1 leaves the stream as it was; skip-ahead moves a
-  // leap-frogged stream by whole strides.
   State a = make(GetParam()), b = a;
   leap(b, 1, 1);
   EXPECT_EQ(draw(a, 100), draw(b, 100));
-  State c = make(GetParam()), d;
-  leap(c, n, 2);
-  d = c;
-  draw(c, 1001);
-  skip(d, 1001);
-  EXPECT_EQ(draw(c, 20), draw(d, 20));
-}
-
-// Chi-square of 100 buckets and of 32 x 32 serial pairs on 10^6 draws: a
-// broken generator lands far outside six standard deviations.
-TEST_P(Streams, BucketAndSerialPairCountsAreUniform) {
-  State s = make(GetParam());
-  const std::vector<double> u = draw(s, 1000000);
-  std::vector<double> one(100, 0.0), two(1024, 0.0);
-  for (size_t i = 0; i < u.size(); ++i) {
-    one[size_t(u[i] * 100)] += 1;
-    if (i % 2) two[size_t(u[i - 1] * 32) * 32 + size_t(u[i] * 32)] += 1;
-  }
-  auto chi2 = [](const std::vector<double>& c, double total) {
-    const double e = total / double(c.size());
-    double x = 0.0;
-    for (double v : c) x += (v - e) * (v - e) / e;
-    return x;
-  };
-  const double c1 = chi2(one, 1e6), c2 = chi2(two, 5e5);
-  EXPECT_LT(std::fabs(c1 - 99.0), 6 * std::sqrt(2 * 99.0)) << c1;
-  EXPECT_LT(std::fabs(c2 - 1023.0), 6 * std::sqrt(2 * 1023.0)) << c2;
+  leap(a, n, 2);
+  State c = a;
+  draw(a, 1001);
+  skip(c, 1001);
+  EXPECT_EQ(draw(a, 20), draw(c, 20));
 }
 
 INSTANTIATE_TEST_SUITE_P(AllGenerators, Streams, ::testing::ValuesIn(all_generators()),
