@@ -84,8 +84,34 @@ TEST(C05azStates, EndToEnd) {
 }
 
 std::string exit_lines(const char* name, int n) {
-  return std::string(" ** ABNORMAL EXIT from ZEB Library routine ") + name + ": IFAIL =     " +
-         std::to_string(n) + "\n ** ZEB soft failure - control returned\n";
+  char buf[120];
+  std::snprintf(buf, sizeof buf,
+                " ** ABNORMAL EXIT from ZEB Library routine %s: IFAIL = %5d\n"
+                " ** ZEB soft failure - control returned\n", name, n);
+  return buf;
+}
+
+// The direct form: through the C entry, counting the calls of f ...
+struct Ay {
+  double x;
+  ZebError fail;
+  long calls;
+};
+Ay ay(double a, double b, double eps, double eta, double (*f)(double, Zeb_Comm*) = c_f) {
+  Ay r;
+  ZEB_INIT_FAIL(r.fail);
+  Zeb_Comm comm{};
+  g_calls = 0;
+  c05ayc(a, b, eps, eta, f, &r.x, &comm, &r.fail);
+  r.calls = g_calls;
+  return r;
+}
+// ... and through the Fortran entry with a noisy ifail: what it prints.
+std::string ay_lines(double a, double b, double eps, int64_t* ifail) {
+  double eta = 0, x;
+  *ifail = -1;
+  g_calls = 0;
+  return zebtest::capture_stdout([&] { c05ayf_(&a, &b, &eps, &eta, fortran_f, &x, ifail); });
 }
 
 TEST(C05azFailures, ArgumentsCheckedInOrder) {
@@ -121,36 +147,67 @@ TEST(C05azFailures, ArgumentsCheckedInOrder) {
   EXPECT_EQ(fail.code, NE_INT);
 }
 
-TEST(C05azFailures, SameSignPoleAndTooSmallTolerance) {
-  g_f = [](double x) { return x * x + 1; };
-  Rc r = drive(-1, 2, 1e-10, Zeb_Mixed);
-  EXPECT_EQ(r.fail.errnum, 1);
-  EXPECT_STREQ(r.fail.message,
-               "NE_NOT_SIGN_CHANGE:\n  On entry, f(x) and f(y) have the same sign with neither "
-               "equalling 0.0:\n  f(x) = 2.0 and f(y) = 5.0.");
-  // 1/(x - 1) on [0, 2]: the bracket closes on the pole, and the final
-  // check finds |f| larger than at the end points.
-  g_f = [](double x) { return 1 / (x - 1); };
-  r = drive(0, 2, 1e-10, Zeb_Mixed);
-  EXPECT_EQ(r.fail.errnum, 4);
-  EXPECT_NEAR(r.x, 1.0, 1e-9);
-  EXPECT_STREQ(r.fail.message,
-               "NE_PROBABLE_POLE:\n  The final interval may contain a pole rather than a zero.\n"
-               "  Note that this error exit is not completely reliable: it may be taken\n"
-               "  in extreme cases when [x,y] contains a zero, or it may not be taken\n"
-               "  when [x,y] contains a pole.\n"
-               "  Both these cases occur most frequently when tolx is large.");
-  // An absolute tolerance below the spacing of the doubles near the zero.
-  g_f = [](double x) { return x * x - 2e6; };
-  r = drive(0, 2000, 1e-14, Zeb_Absolute);
-  EXPECT_EQ(r.fail.errnum, 5);
-  EXPECT_EQ(r.fail.code, NW_TOO_MUCH_ACC_REQUESTED);
-  EXPECT_STREQ(r.fail.message,
-               "NW_TOO_MUCH_ACC_REQUESTED:\n  The tolerance tolx has been set too small for the "
-               "problem\n  being solved. However, the values x and y returned may well\n  be good "
-               "approximations to the zero.\n  tolx = 1.0e-14.");
-  EXPECT_NEAR(r.x, std::sqrt(2e6), 1e-9);
-  EXPECT_LE(std::fabs(r.x - r.y), 4 * 2.3e-13);
+TEST(C05Failures, SameSignPoleAndTooSmallToleranceFromBothForms) {
+  struct Exit {
+    const char* name;
+    std::function<double(double)> f;
+    double a, b, tol, near, width;  // where the search ends, and the bracket left
+    int64_t az_ifail, ay_ifail;
+    const char *az_message, *ay_lines;
+  };
+  const Exit exits[] = {
+      // The signs are compared once f(y) is in, with x at y.
+      {"same sign", [](double x) { return x * x + 1; }, 0, 1, 1e-10, 1, 1, 1, 1,
+       "NE_NOT_SIGN_CHANGE:\n  On entry, f(x) and f(y) have the same sign with neither "
+       "equalling 0.0:\n  f(x) = 1.0 and f(y) = 2.0.",
+       " ** On entry, f(a) and f(b) have the same sign with neither equalling 0.0:\n"
+       " ** f(a) = 1.0 and f(b) = 2.0\n"},
+      // 1/(x - 1) on [0, 2]: the bracket closes on the pole, and the final
+      // check finds |f| larger than at the end points.
+      {"pole", [](double x) { return 1 / (x - 1); }, 0, 2, 1e-10, 1, 4e-10, 4, 3,
+       "NE_PROBABLE_POLE:\n  The final interval may contain a pole rather than a zero.\n"
+       "  Note that this error exit is not completely reliable: it may be taken\n"
+       "  in extreme cases when [x,y] contains a zero, or it may not be taken\n"
+       "  when [x,y] contains a pole.\n"
+       "  Both these cases occur most frequently when tolx is large.",
+       " ** The final interval may contain a pole rather than a zero.\n"
+       " ** Note that this error exit is not completely reliable: it may be taken\n"
+       " ** in extreme cases when [a,b] contains a zero, or it may not be taken\n"
+       " ** when [a,b] contains a pole.\n"
+       " ** Both these cases occur most frequently when eps is large.\n"},
+      // An absolute tolerance below the spacing of the doubles near the zero:
+      // the bracket is left a few spacings (2.3e-13) wide.
+      {"too small", [](double x) { return x * x - 2e6; }, 0, 2000, 1e-14, std::sqrt(2e6),
+       4 * 2.3e-13, 5, 2,
+       "NW_TOO_MUCH_ACC_REQUESTED:\n  The tolerance tolx has been set too small for the "
+       "problem\n  being solved. However, the values x and y returned may well\n  be good "
+       "approximations to the zero.\n  tolx = 1.0e-14.",
+       " ** The tolerance eps has been set too small for the problem\n"
+       " ** being solved. However, the value x returned may well\n"
+       " ** be a good approximation to the zero.\n"
+       " ** eps = 1.0e-14\n"},
+  };
+  for (const Exit& e : exits) {
+    SCOPED_TRACE(e.name);
+    g_f = e.f;
+    const Rc r = drive(e.a, e.b, e.tol, Zeb_Absolute);
+    EXPECT_EQ(r.fail.errnum, e.az_ifail);
+    EXPECT_STREQ(r.fail.message, e.az_message);
+    EXPECT_NEAR(r.x, e.near, 1e-9);
+    EXPECT_LE(std::fabs(r.x - r.y), e.width);
+    int64_t ifail;
+    EXPECT_EQ(ay_lines(e.a, e.b, e.tol, &ifail), e.ay_lines + exit_lines("c05ayf", int(e.ay_ifail)));
+    const Ay c = ay(e.a, e.b, e.tol, 0);
+    EXPECT_EQ(c.fail.code, r.fail.code);  // the same exit, renumbered
+    EXPECT_EQ(c.fail.errnum, e.ay_ifail);
+  }
+  // The direct form's own argument checks.
+  int64_t ifail;
+  EXPECT_EQ(ay_lines(0, 1, 0, &ifail),
+            " ** On entry, eps = 0.0\n ** Constraint: eps > 0.0.\n" + exit_lines("c05ayf", 1));
+  EXPECT_EQ(ay_lines(1, 1, 1e-10, &ifail),
+            " ** On entry, a = 1.0 and b = 1.0\n ** Constraint: a and b must not be equal.\n" +
+                exit_lines("c05ayf", 1));
   // A warning is printed with the warning heading.
   const zebtest::Run run = zebtest::run(zebtest::prog("roots_warning"));
   EXPECT_EQ(run.status, 0);
@@ -226,74 +283,21 @@ TEST(C05ayClassics, NoMoreEvaluationsThanGslBrent) {
           break;
       }
       const long peer = g_calls;
-      ZebError fail;
-      ZEB_INIT_FAIL(fail);
-      double x;
-      g_calls = 0;
-      c05ayc(c.a, c.b, eps, 0.0, c_f, &x, nullptr, &fail);
-      EXPECT_EQ(fail.code, NE_NOERROR) << fail.message;
+      const Ay r = ay(c.a, c.b, eps, 0.0);
+      EXPECT_EQ(r.fail.code, NE_NOERROR) << r.fail.message;
       // The check of the converged point is answered from the value the
       // direct form already has: f is called once per abscissa.
-      EXPECT_LE(g_calls, peer) << "eps " << eps;
-      EXPECT_LE(std::fabs(x - c.root), 2 * eps + 4e-16 * std::fabs(c.root)) << "eps " << eps;
+      EXPECT_LE(r.calls, peer) << "eps " << eps;
+      EXPECT_LE(std::fabs(r.x - c.root), 2 * eps + 4e-16 * std::fabs(c.root)) << "eps " << eps;
     }
   }
   gsl_root_fsolver_free(s);
   // The residual test stops earlier.
   g_f = classics[2].f;
-  double x;
-  ZebError fail;
-  ZEB_INIT_FAIL(fail);
-  g_calls = 0;
-  c05ayc(2, 3, 1e-14, 1e-3, c_f, &x, nullptr, &fail);
-  const long with_eta = g_calls;
-  EXPECT_EQ(fail.code, NE_NOERROR);
-  EXPECT_LT(std::fabs(g_f(x)), 1e-3);
-  g_calls = 0;
-  c05ayc(2, 3, 1e-14, 0.0, c_f, &x, nullptr, &fail);
-  EXPECT_LT(with_eta, g_calls);
-}
-
-TEST(C05ayDirect, RemappedFailuresWithTheirLines) {
-  int64_t ifail;
-  auto noisy = [&](double a, double b, double eps, double eta) {
-    double x;
-    ifail = -1;
-    return zebtest::capture_stdout([&] { c05ayf_(&a, &b, &eps, &eta, fortran_f, &x, &ifail); });
-  };
-  g_f = [](double x) { return 1 / (x - 1); };
-  std::string out = noisy(0, 2, 1e-10, 0);
-  EXPECT_EQ(ifail, 3);
-  EXPECT_EQ(out.rfind(" ** The final interval may contain a pole rather than a zero.\n", 0), 0u);
-  EXPECT_NE(out.find(" ** Both these cases occur most frequently when eps is large.\n" +
-                     exit_lines("c05ayf", 3)),
-            std::string::npos);
-  g_f = [](double x) { return x * x - 2e6; };
-  EXPECT_EQ(noisy(0, 2000, 1e-14, 0),
-            " ** The tolerance eps has been set too small for the problem\n"
-            " ** being solved. However, the value x returned may well\n"
-            " ** be a good approximation to the zero.\n"
-            " ** eps = 1.0e-14\n" + exit_lines("c05ayf", 2));
-  g_f = [](double x) { return x * x + 1; };
-  EXPECT_EQ(noisy(0, 1, 1e-10, 0),
-            " ** On entry, f(a) and f(b) have the same sign with neither equalling 0.0:\n"
-            " ** f(a) = 1.0 and f(b) = 2.0\n" + exit_lines("c05ayf", 1));
-  EXPECT_EQ(noisy(0, 1, 0, 0),
-            " ** On entry, eps = 0.0\n ** Constraint: eps > 0.0.\n" + exit_lines("c05ayf", 1));
-  EXPECT_EQ(noisy(1, 1, 1e-10, 0),
-            " ** On entry, a = 1.0 and b = 1.0\n ** Constraint: a and b must not be equal.\n" +
-                exit_lines("c05ayf", 1));
-  // The C entry: the same exits, the warning with its own code.
-  ZebError fail;
-  ZEB_INIT_FAIL(fail);
-  double x;
-  g_f = [](double x) { return x * x - 2e6; };
-  c05ayc(0, 2000, 1e-14, 0, c_f, &x, nullptr, &fail);
-  EXPECT_EQ(fail.errnum, 2);
-  EXPECT_EQ(fail.code, NW_TOO_MUCH_ACC_REQUESTED);
-  g_f = [](double x) { return x * x + 1; };
-  c05ayc(0, 1, 1e-10, 0, c_f, &x, nullptr, &fail);
-  EXPECT_EQ(fail.code, NE_NOT_SIGN_CHANGE);
+  const Ay with_eta = ay(2, 3, 1e-14, 1e-3);
+  EXPECT_EQ(with_eta.fail.code, NE_NOERROR);
+  EXPECT_LT(std::fabs(g_f(with_eta.x)), 1e-3);
+  EXPECT_LT(with_eta.calls, ay(2, 3, 1e-14, 0.0).calls);
 }
 
 long g_stop_at = 0;
@@ -305,26 +309,19 @@ double c_stopping(double x, Zeb_Comm* comm) {
 TEST(C05ayDirect, UserStopEndsTheSearchAtOnce) {
   for (long at : {1L, 2L, 5L}) {
     g_stop_at = at;
-    g_calls = 0;
-    ZebError fail;
-    ZEB_INIT_FAIL(fail);
-    double x;
-    Zeb_Comm comm{};
-    c05ayc(0, 1, 1e-12, 0, c_stopping, &x, &comm, &fail);
-    EXPECT_EQ(g_calls, at);
-    EXPECT_EQ(fail.errnum, -1);
-    EXPECT_STREQ(fail.message, "NE_USER_STOP:\n  User requested termination, user flag value = -2.");
+    const Ay r = ay(0, 1, 1e-12, 0, c_stopping);
+    EXPECT_EQ(r.calls, at);
+    EXPECT_EQ(r.fail.errnum, -1);
+    EXPECT_STREQ(r.fail.message, "NE_USER_STOP:\n  User requested termination, user flag value = -2.");
   }
   g_f = [](double x) {  // called after the count of the Fortran user function
     const int64_t flag = 9;
     if (g_calls == 3) p01stf_(&flag);
     return std::cos(x) - x;
   };
-  g_calls = 0;
-  double a = 0, b = 1, eps = 1e-12, eta = 0, x;
-  int64_t ifail = 1;
-  c05ayf_(&a, &b, &eps, &eta, fortran_f, &x, &ifail);
-  EXPECT_EQ(ifail, -1);
+  int64_t ifail;
+  EXPECT_EQ(ay_lines(0, 1, 1e-12, &ifail),
+            " ** User requested termination, user flag value = 9\n" + exit_lines("c05ayf", -1));
   EXPECT_EQ(g_calls, 3);
 }
 
