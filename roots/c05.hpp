@@ -28,8 +28,9 @@ inline void c05_new_bracket(double a, double fa, double b, double& c, double& fc
 // One call of the reverse-communication method after its argument checks
 // (ind one of -1, 1, 2, 3, 4; tolx > 0; ir 0, 1 or 2): the state machine
 // of c05az, with c1 the communication array c(1..10).  Returns the failure
-// number: 0, 1 (no sign change: v1, v2 the two values), 4 (probable pole)
-// or 5 (tolerance too small).
+// number: 0, 1 (no sign change: v1, v2 the two values), 4 (probable pole),
+// 5 (tolerance too small), 6 (a function value that is not a number, at
+// v1) or 7 (an end point that is not finite: v1, v2).
 inline int c05_step(double* x, double* y, double fx, double tolx, int64_t ir, double* c1,
                     int64_t* ind, double* v1, double* v2) {
   constexpr double kEpmach = 0x1p-53;
@@ -44,6 +45,21 @@ inline int c05_step(double* x, double* y, double fx, double tolx, int64_t ir, do
     return 0;
   };
 
+  // What the method cannot bracket: an end point that is not finite on a
+  // first entry (failure 7), or a function value that is not a number
+  // (failure 6, at v1 = x).  Without these a NaN would keep the iteration
+  // from ever converging.
+  if ((state == 1 || state == -1) && !(std::isfinite(*x) && std::isfinite(*y))) {
+    *ind = 0;
+    *v1 = *x;
+    *v2 = *y;
+    return 7;
+  }
+  if (state != 1 && (std::isnan(fx) || (state == -1 && std::isnan(c[1])))) {
+    *ind = 0;
+    *v1 = std::isnan(fx) ? *x : *y;
+    return 6;
+  }
   double a, fa, b, fb, cc, fc, d, e;
   switch (state) {
     case 1:  // ask for f at the first end point

@@ -30,6 +30,8 @@ const zeb::Message kC05ayMessages[] = {
      "when [a,b] contains a pole.\n"
      "Both these cases occur most frequently when eps is large."},
     {-1, 6, NE_USER_STOP, "User requested termination, user flag value = %s."},
+    {1, 7, NE_REAL_2, "On entry, a = %s and b = %s.\nConstraint: a and b must be finite."},
+    {4, 8, NE_REAL, "The function f returned a value that is not a number at x = %s."},
 };
 
 typedef void (*C05ayMarshal)(zeb::RealFn1, ZebEnData*, const double*, double*, int64_t*,
@@ -65,6 +67,8 @@ extern "C" void c05ayfn_(ZebEnData* en, const double* a, const double* b, const 
                          char* errbuf, int64_t* ifail, int64_t errbuf_len) {
   *ifail = 0;
   if (!(*eps > 0.0)) return zeb::fail(errbuf, errbuf_len, ifail, 1, 1, *eps);
+  if (!(std::isfinite(*a) && std::isfinite(*b)))
+    return zeb::fail(errbuf, errbuf_len, ifail, 1, 7, *a, *b);
   if (*a == *b) return zeb::fail(errbuf, errbuf_len, ifail, 1, 2, *a, *b);
   zeb::with_real1(
       marshal == c05ayf_internal_fh_, en, fun,
@@ -112,6 +116,7 @@ extern "C" void c05ayfn_(ZebEnData* en, const double* a, const double* b, const 
           case 1: zeb::fail(errbuf, errbuf_len, ifail, 1, 3, fa, fb); break;
           case 5: zeb::fail(errbuf, errbuf_len, ifail, 2, 4, *eps); break;
           case 4: zeb::fail(errbuf, errbuf_len, ifail, 3, 5); break;
+          case 6: zeb::fail(errbuf, errbuf_len, ifail, 4, 8, v1); break;
           default: zeb::fail(errbuf, errbuf_len, ifail, zeb::kInternal, zeb::kInternal); break;
         }
       });

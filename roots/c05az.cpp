@@ -36,6 +36,8 @@ const zeb::Message kC05azMessages[] = {
      "be good approximations to the zero.\n"
      "tolx = %s.",
      nullptr, "NW_TOO_MUCH_ACC_REQUESTED"},
+    {6, 7, NE_REAL, "The function value fx at x = %s is not a number."},
+    {3, 8, NE_REAL_2, "On entry, x = %s and y = %s.\nConstraint: x and y must be finite."},
 };
 
 }  // namespace
@@ -72,6 +74,8 @@ extern "C" void c05azfn_(double* x, double* y, const double* fxp, const double* 
     case 1: zeb::fail(errbuf, errbuf_len, ifail, 1, 1, v1, v2); break;
     case 4: zeb::fail(errbuf, errbuf_len, ifail, 4, 5); break;
     case 5: zeb::fail(errbuf, errbuf_len, ifail, 5, 6, tolx); break;
+    case 6: zeb::fail(errbuf, errbuf_len, ifail, 6, 7, v1); break;
+    case 7: zeb::fail(errbuf, errbuf_len, ifail, 3, 8, v1, v2); break;
     default: break;
   }
 }

@@ -25,9 +25,11 @@ extern "C" {
    evaluated once more at *x to tell a zero from a pole.  c holds the state:
    at least 10 elements, not to be changed between calls.
    Failures (errnum): 1 NE_NOT_SIGN_CHANGE; 2 NE_INT (ind not -1, 1, 2, 3,
-   4); 3 NE_REAL (tolx <= 0); 4 NE_PROBABLE_POLE; 5 NW_TOO_MUCH_ACC_REQUESTED
-   (a warning: the bracket reached machine precision first; x and y are
-   still good); NE_BAD_PARAM for null pointers or an invalid ir. */
+   4); 3 NE_REAL (tolx <= 0), NE_REAL_2 (x or y not finite on a first
+   entry); 4 NE_PROBABLE_POLE; 5 NW_TOO_MUCH_ACC_REQUESTED (a warning: the
+   bracket reached machine precision first; x and y are still good);
+   6 NE_REAL (fx is not a number); NE_BAD_PARAM for null pointers or an
+   invalid ir. */
 void c05azc(double *x, double *y, double fx, double tolx, Zeb_ErrorControl ir, double c[],
             Integer *ind, ZebError *fail);
 #define zeb_zero_cont_func_brent_rcomm c05azc
@@ -40,9 +42,10 @@ void c05azf_(double *x, double *y, const double *fx, const double *tolx, const I
    (an absolute tolerance, > 0) of the zero, or as soon as |f(x)| < eta (or
    f(x) = 0).  f gets the caller's comm (a local one when comm is NULL); a
    negative comm->flag set inside f stops the search at once (NE_USER_STOP,
-   errnum -1).  Failures (errnum): 1 NE_REAL (eps <= 0), NE_REAL_2 (a = b),
-   NE_NOT_SIGN_CHANGE; 2 NW_TOO_MUCH_ACC_REQUESTED (eps too small; x is
-   still a good approximation); 3 NE_PROBABLE_POLE. */
+   errnum -1).  Failures (errnum): 1 NE_REAL (eps <= 0), NE_REAL_2 (a = b,
+   or a or b not finite), NE_NOT_SIGN_CHANGE; 2 NW_TOO_MUCH_ACC_REQUESTED
+   (eps too small; x is still a good approximation); 3 NE_PROBABLE_POLE;
+   4 NE_REAL (f returned a value that is not a number). */
 void c05ayc(double a, double b, double eps, double eta, double (*f)(double x, Zeb_Comm *comm),
             double *x, Zeb_Comm *comm, ZebError *fail);
 #define zeb_zero_cont_func_brent c05ayc

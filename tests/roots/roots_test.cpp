@@ -147,6 +147,34 @@ TEST(C05azFailures, ArgumentsCheckedInOrder) {
   EXPECT_EQ(fail.code, NE_INT);
 }
 
+// A NaN end point or function value once made the direct form iterate for
+// ever; both forms now refuse what they cannot bracket.
+TEST(C05Failures, WhatCannotBeBracketedIsRefused) {
+  ZebError fail;
+  ZEB_INIT_FAIL(fail);
+  double x = NAN, y = 1.0, c[17] = {};
+  Integer ind = 1;
+  c05azc(&x, &y, 0.0, 1e-8, Zeb_Mixed, c, &ind, &fail);
+  EXPECT_EQ(ind, 0);
+  EXPECT_STREQ(fail.message,
+               "NE_REAL_2:\n  On entry, x = nan and y = 1.0.\n  Constraint: x and y must be finite.");
+  x = 0.0, ind = 2;
+  c05azc(&x, &y, NAN, 1e-8, Zeb_Mixed, c, &ind, &fail);
+  EXPECT_EQ(fail.errnum, 6);
+  EXPECT_STREQ(fail.message, "NE_REAL:\n  The function value fx at x = 0.0 is not a number.");
+  g_f = [](double t) { return t - 0.3; };
+  for (const auto& ab : {std::pair<double, double>{NAN, 1.0}, std::pair<double, double>{0.0, INFINITY}}) {
+    c05ayc(ab.first, ab.second, 1e-10, 0.0, c_f, &x, nullptr, &fail);
+    EXPECT_EQ(fail.code, NE_REAL_2);
+    EXPECT_EQ(fail.errnum, 1);
+  }
+  g_f = [](double t) { return t < 0.5 ? -1.0 : NAN; };
+  c05ayc(0.0, 1.0, 1e-10, 0.0, c_f, &x, nullptr, &fail);
+  EXPECT_EQ(fail.errnum, 4);
+  EXPECT_STREQ(fail.message,
+               "NE_REAL:\n  The function f returned a value that is not a number at x = 1.0.");
+}
+
 TEST(C05Failures, SameSignPoleAndTooSmallToleranceFromBothForms) {
   struct Exit {
     const char* name;
