@@ -97,10 +97,7 @@ ZEB_QUAD_BENCH(2)
 }  // namespace
 
 int main(int argc, char** argv) {
-  std::vector<zebbench::Pair> pairs;
-  for (const char* n : kNames) {
-    pairs.push_back({std::string("d01ajf/") + n, std::string("gsl_qags/") + n});
-    pairs.push_back({std::string("d01sjc/") + n, std::string("gsl_qags_alloc/") + n});
-  }
-  return zebbench::run_with_ratios(argc, argv, pairs);
+  return zebbench::run_with_ratios(
+      argc, argv,
+      zebbench::per_case(kNames, {{"d01ajf", "gsl_qags"}, {"d01sjc", "gsl_qags_alloc"}}));
 }

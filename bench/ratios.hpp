@@ -5,6 +5,8 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
+#include <initializer_list>
+#include <utility>
 #include <map>
 #include <string>
 #include <vector>
@@ -38,6 +40,17 @@ class RatioReporter : public benchmark::ConsoleReporter {
   std::vector<Pair> pairs_;
   std::map<std::string, double> times_;
 };
+
+// The pairs "ours/case" against "peer/case" for every case name.
+template <class Names>
+std::vector<Pair> per_case(const Names& cases,
+                           std::initializer_list<std::pair<const char*, const char*>> routines) {
+  std::vector<Pair> pairs;
+  for (const char* c : cases)
+    for (const auto& [ours, peer] : routines)
+      pairs.push_back({std::string(ours) + "/" + c, std::string(peer) + "/" + c});
+  return pairs;
+}
 
 // main() of a benchmark program that reports the ratios of `pairs`.
 inline int run_with_ratios(int argc, char** argv, std::vector<Pair> pairs) {

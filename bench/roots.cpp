@@ -79,10 +79,6 @@ ZEB_ROOTS_BENCH(1)
 }  // namespace
 
 int main(int argc, char** argv) {
-  std::vector<zebbench::Pair> pairs;
-  for (const char* n : kNames) {
-    pairs.push_back({std::string("c05ayf/") + n, std::string("gsl_brent/") + n});
-    pairs.push_back({std::string("c05ayc/") + n, std::string("gsl_brent/") + n});
-  }
-  return zebbench::run_with_ratios(argc, argv, pairs);
+  return zebbench::run_with_ratios(
+      argc, argv, zebbench::per_case(kNames, {{"c05ayf", "gsl_brent"}, {"c05ayc", "gsl_brent"}}));
 }
