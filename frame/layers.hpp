@@ -260,6 +260,19 @@
     return prefix##_print_##role##_(m, f, en_data ARGS(ZEB_FWD));                         \
   }
 
+// The callback family of a user's real function of one real (the
+// quadrature's integrand, the zero finder's f): the adapter prefix_fh_, which
+// calls it and stores its value through retval, and the three shims, traced
+// under `tname` with the arguments x, retval, iuser and ruser.
+#define ZEB_REAL1_ARGS(A) \
+  A(in, double, x) A(out, double, retval) A(arr, int64_t, iuser) A(arr, double, ruser)
+#define ZEB_REAL1_CALLBACK(prefix, tname)                                                  \
+  ZEB_API void prefix##_fh_(zeb::RealFn1 f, ZebEnData* en_data, const double* x,           \
+                            double* retval, int64_t*, double*) {                           \
+    zeb::call_real1(f, en_data, x, retval);                                               \
+  }                                                                                        \
+  ZEB_CALLBACK_SHIMS(prefix, fh, tname, zeb::RealFn1, ZEB_REAL1_ARGS, prefix##_fh_)
+
 namespace zeb {
 constexpr int32_t kCallAgain = -8888;  // a user function could not be called directly
 constexpr int kUserStopStatus = 1;     // a user function asked the routine to stop

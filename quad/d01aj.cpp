@@ -493,23 +493,10 @@ const zeb::Message kD01ajMessages[] = {
 typedef void (*D01ajMarshal)(zeb::RealFn1, ZebEnData*, const double*, double*, int64_t*,
                              double*);
 
-inline void d01aj_adapt(zeb::RealFn1 f, ZebEnData* en, const double* x, double* retval,
-                        int64_t*, double*) {
-  zeb::call_real1(f, en, x, retval);
-}
-
 }  // namespace
 
-// The adapter: calls a user function of the form real function of x and
-// stores its value through the result argument.
-ZEB_API void d01ajf_fh_(zeb::RealFn1 f, ZebEnData* en_data, const double* x, double* retval,
-                        int64_t* iuser, double* ruser) {
-  d01aj_adapt(f, en_data, x, retval, iuser, ruser);
-}
-
-#define D01AJ_FH_ARGS(A) \
-  A(in, double, x) A(out, double, retval) A(arr, int64_t, iuser) A(arr, double, ruser)
-ZEB_CALLBACK_SHIMS(d01ajf, fh, "d01ajfv:f", zeb::RealFn1, D01AJ_FH_ARGS, d01aj_adapt)
+// The adapter d01ajf_fh_ and the callback shims of the user function.
+ZEB_REAL1_CALLBACK(d01ajf, "d01ajfv:f")
 
 #define D01AJ_ARGS(A)                                                                    \
   A(fun, D01ajMarshal, marshal) A(fun, zeb::RealFn1, f) A(in, double, a) A(in, double, b) \

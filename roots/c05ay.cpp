@@ -37,25 +37,12 @@ const zeb::Message kC05ayMessages[] = {
 typedef void (*C05ayMarshal)(zeb::RealFn1, ZebEnData*, const double*, double*, int64_t*,
                              double*);
 
-inline void c05ay_adapt(zeb::RealFn1 f, ZebEnData* en, const double* x, double* retval,
-                        int64_t*, double*) {
-  zeb::call_real1(f, en, x, retval);
-}
-
 constexpr int64_t kAbsolute = 1;  // the error control of the direct form
 
 }  // namespace
 
-// The adapter: calls a user function of the form real function of x and
-// stores its value through the result argument.
-ZEB_API void c05ayf_fh_(zeb::RealFn1 f, ZebEnData* en_data, const double* x, double* retval,
-                        int64_t* iuser, double* ruser) {
-  c05ay_adapt(f, en_data, x, retval, iuser, ruser);
-}
-
-#define C05AY_FH_ARGS(A) \
-  A(in, double, x) A(out, double, retval) A(arr, int64_t, iuser) A(arr, double, ruser)
-ZEB_CALLBACK_SHIMS(c05ayf, fh, "c05ayfv:f", zeb::RealFn1, C05AY_FH_ARGS, c05ay_adapt)
+// The adapter c05ayf_fh_ and the callback shims of the user function.
+ZEB_REAL1_CALLBACK(c05ayf, "c05ayfv:f")
 
 #define C05AY_ARGS(A)                                                                       \
   A(in, double, a) A(in, double, b) A(in, double, eps) A(in, double, eta)                    \

@@ -32,4 +32,12 @@ inline bool m01_check_range(int64_t m1, int64_t m2, char* errbuf, int64_t len,
   return true;
 }
 
+// The order option of a C entry as the engine's character: false for a value
+// that is not a member of Zeb_SortOrder.
+inline bool m01_order_char(Zeb_SortOrder order, char* o) {
+  if (order != Zeb_Ascending && order != Zeb_Descending) return false;
+  *o = order == Zeb_Ascending ? 'A' : 'D';
+  return true;
+}
+
 }  // namespace zeb

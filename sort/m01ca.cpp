@@ -161,12 +161,7 @@ ZEB_API void m01cac(double rv[], Integer m1, Integer m2, Zeb_SortOrder order, Ze
   zeb::clear_fail(fail);
   if (!rv) return zeb::c_fail(fail, "m01cac", NE_BAD_PARAM, "rv");
   char o;
-  if (order == Zeb_Ascending)
-    o = 'A';
-  else if (order == Zeb_Descending)
-    o = 'D';
-  else
-    return zeb::c_fail(fail, "m01cac", NE_BAD_PARAM, "order");
+  if (!zeb::m01_order_char(order, &o)) return zeb::c_fail(fail, "m01cac", NE_BAD_PARAM, "order");
   zeb::c_entry(fail, "m01cac", kSortMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
     m01caft_(en, rv, &m1, &m2, &o, eb, ie, zeb::kErrbufLen);
   });

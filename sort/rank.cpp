@@ -152,12 +152,7 @@ ZEB_API void m01dac(const double rv[], Integer m1, Integer m2, Zeb_SortOrder ord
   if (!rv) return zeb::c_fail(fail, "m01dac", NE_BAD_PARAM, "rv");
   if (!irank) return zeb::c_fail(fail, "m01dac", NE_BAD_PARAM, "irank");
   char o;
-  if (order == Zeb_Ascending)
-    o = 'A';
-  else if (order == Zeb_Descending)
-    o = 'D';
-  else
-    return zeb::c_fail(fail, "m01dac", NE_BAD_PARAM, "order");
+  if (!zeb::m01_order_char(order, &o)) return zeb::c_fail(fail, "m01dac", NE_BAD_PARAM, "order");
   zeb::c_entry(fail, "m01dac", kRankMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
     m01daft_(en, rv, &m1, &m2, &o, irank, eb, ie, zeb::kErrbufLen);
   });
