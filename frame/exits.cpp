@@ -1,5 +1,6 @@
 // The error exits: the ifail protocol of the Fortran entries, the fail
 // structure of the C entries, and the library-wide table of error codes.
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -73,8 +74,8 @@ ZEB_API void p01abtn_(const char* errbuf, int64_t* msgid, char* lines, int64_t* 
   for (int k = 0; k < int(*nrec); ++k) {
     char* line = lines + k * line_len;
     std::memset(line, ' ', size_t(line_len));
-    size_t n = std::strlen(c.vals[k].s);
-    std::memcpy(line, c.vals[k].s, n < size_t(line_len) ? n : size_t(line_len));
+    const size_t n = std::min(c.vals[k].size(), size_t(line_len));
+    std::memcpy(line, c.vals[k].data(), n);
   }
 }
 
@@ -96,13 +97,11 @@ ZEB_API void p01acc_c(const char* message, int code, const char* name, ZebError*
       std::fprintf(stderr, "...ZEB Function Terminated\n");
       std::exit(1);
     }
-    fail->code = code;
-    if (fail->handler) fail->handler(message, code, name);
   } else if (!fail) {
     return;
-  } else {
-    fail->code = code;
   }
+  fail->code = code;
+  if (fail->handler) fail->handler(message, code, name);
   const size_t n = strnlen(message, sizeof fail->message - 1);
   std::memcpy(fail->message, message, n);
   fail->message[n] = '\0';

@@ -29,25 +29,33 @@ int64_t trimmed(const char* s, int64_t len) {
   return len;
 }
 
-const zeb::Message kOpenMessages[] = {
-    {1, 99999, NE_INT, "On entry, mode = %s.\nConstraint: 0 <= mode <= 2."},
-    {2, 99998, NE_NOT_READ_FILE, "Cannot open the following file for reading:\n%s%s%s"},
-    {2, 99997, NE_NOT_WRITE_FILE, "Cannot open the following file for writing:\n%s%s%s"},
-    {2, 99996, NE_NOT_APPEND_FILE, "Cannot open the following file for appending:\n%s%s%s"},
-    {3, 99995, NE_INT,
-     "On entry, unit = %s.\nConstraint: unit must be a valid unit number."},
-};
+constexpr zeb::Msg<1> kBadMode{1, 99999, NE_INT, "On entry, mode = %s.\nConstraint: 0 <= mode <= 2."};
+constexpr zeb::Msg<1> kNoRead{2, 99998, NE_NOT_READ_FILE,
+                              "Cannot open the following file for reading:\n%s",
+                              "Cannot open file %s for reading."};
+constexpr zeb::Msg<1> kNoWrite{2, 99997, NE_NOT_WRITE_FILE,
+                               "Cannot open the following file for writing:\n%s",
+                               "Cannot open file %s for writing."};
+constexpr zeb::Msg<1> kNoAppend{2, 99996, NE_NOT_APPEND_FILE,
+                                "Cannot open the following file for appending:\n%s",
+                                "Cannot open file %s for appending."};
+constexpr zeb::Msg<1> kBadUnit{3, 99995, NE_INT,
+                               "On entry, unit = %s.\nConstraint: unit must be a valid unit number."};
+constexpr const zeb::MsgRow* kOpenMessages[] = {&kBadMode, &kNoRead, &kNoWrite, &kNoAppend,
+                                                &kBadUnit};
 
-const zeb::Message kCloseMessages[] = {
-    {1, 99999, NE_NOT_CLOSE_FILE, "On entry, unit = %s.\nThe unit is not connected to a file."},
-    {2, 99998, NE_NOT_CLOSE_FILE, "The file connected to unit %s could not be closed."},
-};
+constexpr zeb::Msg<1> kNotConnected{1, 99999, NE_NOT_CLOSE_FILE,
+                                    "On entry, unit = %s.\nThe unit is not connected to a file."};
+constexpr zeb::Msg<1> kNotClosed{2, 99998, NE_NOT_CLOSE_FILE,
+                                 "The file connected to unit %s could not be closed."};
+constexpr const zeb::MsgRow* kCloseMessages[] = {&kNotConnected, &kNotClosed};
 
-const zeb::Message kReadMessages[] = {
-    {1, 99999, NE_NOT_READ_FILE, "End of file reached on unit %s."},
-    {2, 99998, NE_NOT_READ_FILE, "An error occurred when reading from unit %s."},
-    {3, 99997, NE_NOT_READ_FILE, "On entry, nin = %s.\nThe unit is not connected to a file."},
-};
+constexpr zeb::Msg<1> kEndOfFile{1, 99999, NE_NOT_READ_FILE, "End of file reached on unit %s."};
+constexpr zeb::Msg<1> kReadError{2, 99998, NE_NOT_READ_FILE,
+                                 "An error occurred when reading from unit %s."};
+constexpr zeb::Msg<1> kReadNotConnected{3, 99997, NE_NOT_READ_FILE,
+                                        "On entry, nin = %s.\nThe unit is not connected to a file."};
+constexpr const zeb::MsgRow* kReadMessages[] = {&kEndOfFile, &kReadError, &kReadNotConnected};
 
 }  // namespace
 
@@ -62,12 +70,12 @@ extern "C" void x04acfn_(int64_t* unit, const char* file, int64_t file_len, cons
                          char* errbuf, int64_t* ifail, int64_t errbuf_len) {
   *ifail = 0;
   if (*mode < 0 || *mode > 2) {
-    zeb::fail(errbuf, errbuf_len, ifail, 1, 99999, *mode);
+    zeb::fail(errbuf, errbuf_len, ifail, kBadMode, *mode);
     return;
   }
   const int64_t state = unit_state(*unit);
   if (state == kNoUnit && *unit >= 0) {
-    zeb::fail(errbuf, errbuf_len, ifail, 3, 99995, *unit);
+    zeb::fail(errbuf, errbuf_len, ifail, kBadUnit, *unit);
     return;
   }
   int64_t ierr = 0;
@@ -76,11 +84,8 @@ extern "C" void x04acfn_(int64_t* unit, const char* file, int64_t file_len, cons
   const int64_t n = trimmed(file, file_len);
   zeb_f_open(&u, file, n, *mode, &ierr);
   if (ierr != 0) {
-    // The name travels in three pieces of at most 25 characters.
-    char piece[3][26] = {};
-    for (int k = 0; k < 3 && 25 * k < n; ++k)
-      std::memcpy(piece[k], file + 25 * k, size_t(n - 25 * k < 25 ? n - 25 * k : 25));
-    zeb::fail(errbuf, errbuf_len, ifail, 2, 99998 - *mode, piece[0], piece[1], piece[2]);
+    static constexpr const zeb::Msg<1>* kCannot[3] = {&kNoRead, &kNoWrite, &kNoAppend};
+    zeb::fail(errbuf, errbuf_len, ifail, *kCannot[*mode], std::string_view(file, size_t(n)));
     return;
   }
   *unit = u;
@@ -105,12 +110,6 @@ ZEB_API void x04acc(const char* filename, Integer mode, Integer* unit, ZebError*
   int64_t ierr = 1, u = -1;
   x04acft_(&en, &u, filename, int64_t(std::strlen(filename)), &mode, errbuf, &ierr,
            zeb::kErrbufLen);
-  if (ierr == 2) {
-    // The C message names the whole file, which the coded buffer cannot carry.
-    static const int kCodes[3] = {NE_NOT_READ_FILE, NE_NOT_WRITE_FILE, NE_NOT_APPEND_FILE};
-    if (fail) fail->errnum = ierr;
-    return zeb::c_fail(fail, "x04acc", kCodes[mode], filename);
-  }
   zeb::finish_c(fail, "x04acc", kOpenMessages, ierr, errbuf);
   if (ierr == 0) *unit = u;
 }
@@ -123,12 +122,12 @@ ZEB_FORTRAN_SUBROUTINE(x04adf, X04AD_ARGS, kCloseMessages)
 extern "C" void x04adfn_(const int64_t* unit, char* errbuf, int64_t* ifail, int64_t errbuf_len) {
   *ifail = 0;
   if (unit_state(*unit) != kConnected) {
-    zeb::fail(errbuf, errbuf_len, ifail, 1, 99999, *unit);
+    zeb::fail(errbuf, errbuf_len, ifail, kNotConnected, *unit);
     return;
   }
   int64_t ierr = 0;
   zeb_f_close(*unit, &ierr);
-  if (ierr != 0) zeb::fail(errbuf, errbuf_len, ifail, 2, 99998, *unit);
+  if (ierr != 0) zeb::fail(errbuf, errbuf_len, ifail, kNotClosed, *unit);
 }
 
 ZEB_API void x04adc(Integer unit, ZebError* fail) {
@@ -171,7 +170,8 @@ extern "C" void x04bbfn_(ZebEnData* en, zeb_rec_rmarshal marshal, zeb_rec_reader
   x04bbf_print_read_rech_(marshal, reader, en, nin, rec, &ierr, rec_len);
   if (ierr == 0) return;
   if (ierr != 1 && ierr != 3) ierr = 2;  // a reader's other indicators are read errors
-  zeb::fail(errbuf, errbuf_len, ifail, ierr, 100000 - ierr, *nin);
+  static constexpr const zeb::Msg<1>* kRead[3] = {&kEndOfFile, &kReadError, &kReadNotConnected};
+  zeb::fail(errbuf, errbuf_len, ifail, *kRead[ierr - 1], *nin);
 }
 
 ZEB_API void x04bbf_(const int64_t* nin, char* rec, int64_t* ifail, size_t rec_len) {

@@ -10,6 +10,7 @@
 #include <initializer_list>
 #include <memory>
 #include <new>
+#include <string_view>
 #include <utility>
 
 #include "trace.hpp"
@@ -26,91 +27,184 @@ namespace zeb {
 
 constexpr int64_t kErrbufLen = 200;   // every engine's coded error buffer
 constexpr int64_t kLineLen = 80;      // Fortran message lines
-constexpr int64_t kMaxLines = 24;     // lines one failure may print
+constexpr int64_t kMaxLines = 40;     // lines one failure may print
 constexpr int64_t kAllocFail = -999;  // dynamic memory could not be allocated
 constexpr int64_t kInternal = -9999;  // the engine failed in an unexpected way
 constexpr char kSep = '\x01';         // field separator of the coded buffer
 
-// One value of a failure message, already formatted (at most 25 characters).
+constexpr int kMaxValues = 16;      // values one message may carry
+
+// One value of a failure message as text: a number formatted into the
+// record itself, or a view of a caller's string of any length (valid while
+// the failure is being coded).
 struct Text {
-  char s[32];
+  char buf[32] = {};
+  const char* ext = nullptr;
+  size_t len = 0;
+  std::string_view view() const { return ext ? std::string_view(ext, len) : std::string_view(buf); }
 };
-Text text(double v);        // shortest text that reads back as v
+Text text(double v);        // shortest text that reads back as v, always shown as a real
 Text text(int64_t v);
-Text text(const char* s);   // at most 25 characters of s
+Text text(const char* s);   // the whole of s
+Text text(std::string_view s);
 Text text(char c);          // one character
 Text textf(const char* fmt, double v);  // v with a printf conversion
 inline Text text(int v) { return text(int64_t{v}); }
 inline Text text(long long v) { return text(int64_t{v}); }
 
-// Writes the coded message: failure number, message identifier, value count
-// and each value text, every field enclosed by the separator; blank padding.
-void code_errbuf(char* errbuf, int64_t len, int64_t failno, int64_t msgid,
-                 const Text* vals, int nvals);
+// ---- Message texts --------------------------------------------------------
+//
+// A message text is a list of lines separated by '\n'.  Its markup:
+//   %s             the next value, as the engine formatted it;
+//   %7.1e, %ld ... the next value, read as a number and formatted with that
+//                  printf conversion (e, f, g; d with l or ld);
+//   %(name,i)      an array element: name(i) in the Fortran lines,
+//                  name[i-1] in the C message;
+//   %{ftext|ctext} what the two entries write differently (a routine's
+//                  name: %{e04raf|zeb_opt_handle_init (e04rac)});
+//   %%             a percent sign.
+// The Fortran rendering writes each line as " ** " + line, breaking lines
+// longer than 80 characters at a blank, and drops the closing period of a
+// line that ends with a value ("x = %s." gives " ** x = 171.0"); the C
+// rendering is "NAME:\n  line\n  line".
 
-// An engine's failure exit: sets the failure number and codes the message.
-template <class... V>
-inline void fail(char* errbuf, int64_t len, int64_t* ifail, int64_t failno,
-                 int64_t msgid, const V&... vals) {
-  const Text t[sizeof...(V) + 1] = {text(vals)...};
-  *ifail = failno;
-  code_errbuf(errbuf, len, failno, msgid, t, int(sizeof...(V)));
+// The length of a printf conversion at t[0] == '%' that takes a value (0:
+// none).
+constexpr int conversion_len(const char* t) {
+  int i = 1;
+  while (t[i] == '-' || t[i] == '+' || t[i] == ' ' || t[i] == '#' || t[i] == '0') ++i;
+  while (t[i] >= '0' && t[i] <= '9') ++i;
+  if (t[i] == '.') {
+    ++i;
+    while (t[i] >= '0' && t[i] <= '9') ++i;
+  }
+  if (t[i] == 'l' && t[i + 1] == 'd') return i + 2;
+  if (t[i] == 's' || t[i] == 'e' || t[i] == 'f' || t[i] == 'g' || t[i] == 'd') return i + 1;
+  return 0;
 }
 
-// A decoded buffer.
-struct Coded {
-  bool ok = false;
-  int64_t failno = 0, msgid = 0;
-  int nvals = 0;
-  Text vals[6]{};
-};
-Coded decode(const char* errbuf, int64_t len);
+// The number of values a text takes, or -1 when its markup is malformed.
+constexpr int count_values(const char* t) {
+  int n = 0;
+  for (int i = 0; t[i]; ++i) {
+    if (t[i] != '%') continue;
+    const char c = t[i + 1];
+    if (c == '%') {
+      ++i;
+    } else if (c == '(' || c == '{') {
+      const char close = c == '(' ? ')' : '}', mid = c == '(' ? ',' : '|';
+      int j = i + 2, mids = 0;
+      for (; t[j] && t[j] != close; ++j) {
+        if (t[j] == '%' || t[j] == '\n') return -1;
+        mids += t[j] == mid;
+      }
+      if (!t[j] || mids != 1) return -1;
+      i = j;
+    } else if (const int k = conversion_len(t + i)) {
+      ++n;
+      i += k - 1;
+    } else {
+      return -1;
+    }
+  }
+  return n;
+}
 
 // One failure of one routine: its number, message identifier, C error code
-// and text.  Lines are separated by '\n'; each "%s" takes the next value
-// text.  The Fortran lines (" ** " + line) and the C message ("NAME:\n  "
-// + lines) are two renderings of the same text; a Fortran line that ends
-// with a value drops the closing period ("On entry, x = %s." gives
-// " ** On entry, x = 171.0").  `ctext` replaces the text on the C side
-// where the two differ further.  `cname` names a routine-specific code
-// that is not in the table: the C message is headed by that name while
-// `code`, the number handed back in fail, is the table's code for the class
-// of failure.
-struct Message {
+// and text; `ctext` replaces the text on the C side where the two differ in
+// more than the markup can say.  `cname` names a routine-specific code that
+// is not in the table: the C message is headed by that name while `code`,
+// the number handed back in fail, is the table's code for the class of
+// failure.  A routine names each row (a zeb::Msg<N>) and fails with it.
+struct MsgRow {
   int64_t failno;
   int64_t msgid;
   int code;
   const char* text;
-  const char* ctext = nullptr;
-  const char* cname = nullptr;
+  const char* ctext;
+  const char* cname;
+  int nvals;
 };
 
+// A row whose text takes N values: the count is checked when the row is
+// compiled, and every failure call gives it exactly N values (a C text may
+// leave the last of them unused).
+template <int N>
+struct Msg : MsgRow {
+  consteval Msg(int64_t failno, int64_t msgid, int code, const char* text,
+                const char* ctext = nullptr, const char* cname = nullptr)
+      : MsgRow{failno, msgid, code, text, ctext, cname, N} {
+    if (N > kMaxValues || count_values(text) != N ||
+        (ctext && (count_values(ctext) < 0 || count_values(ctext) > N)))
+      throw "the message text does not take the row's number of values";
+  }
+};
+
+// A routine's message table: its rows, by address.
 struct Messages {
-  const Message* rows = nullptr;
+  const MsgRow* const* rows = nullptr;
   size_t n = 0;
   constexpr Messages() = default;
-  template <size_t N>
-  constexpr Messages(const Message (&a)[N]) : rows(a), n(N) {}
-  const Message* find(int64_t failno, int64_t msgid) const;
+  template <size_t K>
+  constexpr Messages(const MsgRow* const (&a)[K]) : rows(a), n(K) {}
+  const MsgRow* find(int64_t failno, int64_t msgid) const;
 };
 
-// Number of "%s" placeholders in a message text.
-int placeholders(const char* text);
-// Renders a text into Fortran lines of kLineLen characters (blank padded),
-// each beginning " ** ".  Returns the number of lines written.
-int render_lines(const char* text, const Text* vals, int nvals, char* lines,
-                 int maxlines);
-// Renders "NAME:\n  line\n  line" into out (512 characters); NAME is the
-// table's name of `code` unless `cname` gives a routine-specific one.
-void render_c(int code, const char* text, const Text* vals, int nvals, char* out,
-              const char* cname = nullptr);
+// Writes the coded message: failure number, message identifier, value count
+// and each value, every field enclosed by the separator; blank padding.  A
+// value that does not fit the buffer (longer than 25 characters, or past
+// its room) travels beside it, in a per-thread store that the buffer refers
+// to; the store belongs to the buffer it was written for.
+void code_errbuf(char* errbuf, int64_t len, int64_t failno, int64_t msgid,
+                 const Text* vals, int nvals);
+
+// An engine's failure exit: sets the failure number and codes the message.
+template <int N, class... V>
+inline void fail(char* errbuf, int64_t len, int64_t* ifail, const Msg<N>& row,
+                 const V&... vals) {
+  static_assert(sizeof...(V) == N, "the failure gives its message row a wrong number of values");
+  const Text t[N + 1] = {text(vals)...};
+  *ifail = row.failno;
+  code_errbuf(errbuf, len, row.failno, row.msgid, t, N);
+}
+
+// The engine failed in an unexpected way.
+inline constexpr Msg<0> kInternalRow{
+    kInternal, kInternal, NE_INTERNAL_ERROR,
+    "An internal error has occurred in this function.\n"
+    "Check the function call and any array sizes. If the call is correct\n"
+    "then please consult ZEB for assistance."};
+inline void fail_internal(char* errbuf, int64_t len, int64_t* ifail) {
+  fail(errbuf, len, ifail, kInternalRow);
+}
+
+// A decoded buffer; the values are views of the buffer or of the store.
+struct Coded {
+  bool ok = false;
+  int64_t failno = 0, msgid = 0;
+  int nvals = 0;
+  std::string_view vals[kMaxValues]{};
+};
+Coded decode(const char* errbuf, int64_t len);
+
+// The two renderings of a row with decoded values.  render_lines writes
+// Fortran lines of kLineLen characters (blank padded) and returns their
+// count; render_c writes "NAME:\n  line..." into out (cap characters).
+int render_lines(const MsgRow& row, const std::string_view* vals, char* lines, int maxlines);
+void render_c(const MsgRow& row, const std::string_view* vals, char* out, size_t cap);
 
 // Formats the template of `code` from zeb_errlist with printf arguments and
 // hands it to the C exit.
 void c_fail(ZebError* fail, const char* routine, int code, ...);
-// The same with a routine's own text (no "NAME:\n" prefix) and value texts.
-void c_fail_text(ZebError* fail, const char* routine, int code, const char* text,
-                 const Text* vals, int nvals, const char* cname = nullptr);
+// A C entry's own failure with a message row: renders its C message with
+// the values and hands it to the C exit (errnum: the row's failure number).
+void c_fail_row(ZebError* fail, const char* routine, const MsgRow& row, const Text* vals);
+template <int N, class... V>
+inline void c_fail(ZebError* fail, const char* routine, const Msg<N>& row, const V&... vals) {
+  static_assert(sizeof...(V) == N, "the failure gives its message row a wrong number of values");
+  const Text t[N + 1] = {text(vals)...};
+  c_fail_row(fail, routine, row, t);
+}
 
 // The engine-data record of the innermost entry running on this thread, so
 // that a user function can reach it (p01stf, the user-stop request of the
@@ -176,6 +270,17 @@ inline void fortran_entry(const char* name, Messages msgs, int64_t* ifail, Call&
     finish_fortran(name, msgs, ifail, ierr, errbuf);
 }
 
+// A C entry's success: the C exit with NE_NOERROR, which calls a handler;
+// without one, the same effect without the call.
+inline void c_success(ZebError* fail, const char* name) {
+  static constexpr char kNoError[] = "NE_NOERROR:\n  No error.";
+  if (!fail || fail->code != 0) return;
+  if (__builtin_expect(fail->handler != nullptr, 0))
+    p01acc_c(nullptr, NE_NOERROR, name, fail);
+  else
+    std::memcpy(fail->message, kNoError, sizeof kNoError);
+}
+
 template <class Call>
 inline void c_entry(ZebError* fail, const char* name, Messages msgs, Call&& call) {
   f90_io_init();
@@ -187,12 +292,7 @@ inline void c_entry(ZebError* fail, const char* name, Messages msgs, Call&& call
   init_errbuf(errbuf);
   int64_t ierr = 1;
   call(&en, errbuf, &ierr);
-  if (__builtin_expect(ierr == 0, 1)) {
-    // Success: what the C exit does with NE_NOERROR, without the call.
-    static constexpr char kNoError[] = "NE_NOERROR:\n  No error.";
-    if (fail && fail->code == 0) std::memcpy(fail->message, kNoError, sizeof kNoError);
-    return;
-  }
+  if (__builtin_expect(ierr == 0, 1)) return c_success(fail, name);
   finish_c(fail, name, msgs, ierr, errbuf);
 }
 
@@ -295,7 +395,7 @@ inline void guarded(char* errbuf, int64_t len, int64_t* ifail, Call&& call) noex
   } catch (const std::bad_alloc&) {
     *ifail = kAllocFail;
   } catch (...) {
-    fail(errbuf, len, ifail, kInternal, kInternal);
+    fail_internal(errbuf, len, ifail);
   }
 }
 

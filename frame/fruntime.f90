@@ -40,7 +40,7 @@ subroutine zeb_f_read(unit, rec, n, ierr) bind(c, name='zeb_f_read')
 end subroutine zeb_f_read
 
 ! mode 0: read an existing file; 1: write (replace); 2: append.
-! unit < 0 on entry: a free unit is chosen and returned.
+! unit < 0 on entry: a free unit (1000 or above) is chosen and returned.
 subroutine zeb_f_open(unit, name, n, mode, ierr) bind(c, name='zeb_f_open')
   use iso_c_binding, only: c_int64_t, c_char
   implicit none
@@ -51,6 +51,7 @@ subroutine zeb_f_open(unit, name, n, mode, ierr) bind(c, name='zeb_f_open')
   character(len=n) :: fname
   character(len=9) :: st, act, pos
   integer :: ios, u
+  logical :: opened
   integer(c_int64_t) :: i
   do i = 1, n
     fname(i:i) = name(i)
@@ -64,7 +65,17 @@ subroutine zeb_f_open(unit, name, n, mode, ierr) bind(c, name='zeb_f_open')
     st = 'UNKNOWN'; act = 'READWRITE'; pos = 'APPEND'
   end select
   if (unit < 0) then
-    open (newunit=u, file=fname, status=st, action=act, position=pos, form='FORMATTED', &
+    ! The first unit from 1000 on that is not connected: a unit number the
+    ! library's writers accept (negative units mean "write nothing"), and
+    ! above those a program usually numbers itself.
+    u = 1000
+    do
+      inquire (unit=u, opened=opened, iostat=ios)
+      if (ios == 0 .and. .not. opened) exit
+      if (u == huge(u)) exit
+      u = u + 1
+    end do
+    open (unit=u, file=fname, status=st, action=act, position=pos, form='FORMATTED', &
           access='STREAM', iostat=ios)
     if (ios == 0) unit = u
   else

@@ -18,21 +18,30 @@ extern "C" void zeb_f_edit(const char* form, int64_t nform, double x, char* out,
 
 namespace {
 
-const zeb::Message kPrintMessages[] = {
-    {1, 99999, NE_BAD_PARAM, "On entry, matrix = %s.\nConstraint: matrix = 'G', 'L' or 'U'."},
-    {2, 99999, NE_BAD_PARAM, "On entry, diag = %s.\nConstraint: diag = 'B', 'N' or 'U'."},
-    {3, 99997, NE_INT, "On entry, m = %s.\nConstraint: m >= 0."},
-    {4, 99997, NE_INT, "On entry, n = %s.\nConstraint: n >= 0."},
-    {5, 99997, NE_INT_2, "On entry, lda = %s and m = %s.\nConstraint: lda >= max(1,m)."},
-    {6, 99999, NE_BAD_PARAM, "On entry, labrow = %s.\nConstraint: labrow = 'N', 'I' or 'C'."},
-    {7, 99999, NE_BAD_PARAM, "On entry, labcol = %s.\nConstraint: labcol = 'N', 'I' or 'C'."},
-    {8, 99998, NE_INVALID_FORMAT,
-     "On entry, form = %s.\nThe format is not a valid format for one real number."},
-    {9, 99997, NE_INT, "On entry, indent = %s.\nConstraint: indent >= 0."},
-    {10, 99997, NE_COL_WIDTH,
-     "On entry, ncols = %s.\nConstraint: ncols = 0 or ncols >= %s, the width of the indent,\n"
-     "the row labels and one column."},
-};
+constexpr zeb::Msg<1> kBadMatrix{1, 99999, NE_BAD_PARAM,
+                                 "On entry, matrix = %s.\nConstraint: matrix = 'G', 'L' or 'U'."};
+constexpr zeb::Msg<1> kBadDiag{2, 99999, NE_BAD_PARAM,
+                               "On entry, diag = %s.\nConstraint: diag = 'B', 'N' or 'U'."};
+constexpr zeb::Msg<1> kBadM{3, 99997, NE_INT, "On entry, m = %s.\nConstraint: m >= 0."};
+constexpr zeb::Msg<1> kBadN{4, 99997, NE_INT, "On entry, n = %s.\nConstraint: n >= 0."};
+constexpr zeb::Msg<2> kBadLda{5, 99997, NE_INT_2,
+                              "On entry, lda = %s and m = %s.\nConstraint: lda >= max(1,m)."};
+constexpr zeb::Msg<1> kBadLabrow{6, 99999, NE_BAD_PARAM,
+                                 "On entry, labrow = %s.\nConstraint: labrow = 'N', 'I' or 'C'."};
+constexpr zeb::Msg<1> kBadLabcol{7, 99999, NE_BAD_PARAM,
+                                 "On entry, labcol = %s.\nConstraint: labcol = 'N', 'I' or 'C'."};
+constexpr zeb::Msg<1> kBadForm{
+    8, 99998, NE_INVALID_FORMAT,
+    "On entry, form = %s.\nThe format is not a valid format for one real number."};
+constexpr zeb::Msg<1> kBadIndent{9, 99997, NE_INT, "On entry, indent = %s.\nConstraint: indent >= 0."};
+constexpr zeb::Msg<2> kBadNcols{
+    10, 99997, NE_COL_WIDTH,
+    "On entry, ncols = %s.\nConstraint: ncols = 0 or ncols >= %s, the width of the indent,\n"
+    "the row labels and one column."};
+constexpr const zeb::MsgRow* kPrintMessages[] = {&kBadMatrix, &kBadDiag,   &kBadM,
+                                                 &kBadN,      &kBadLda,    &kBadLabrow,
+                                                 &kBadLabcol, &kBadForm,   &kBadIndent,
+                                                 &kBadNcols};
 
 constexpr const char* kDefaultForm = "1PE12.4";
 constexpr int64_t kDefaultWidth = 80;
@@ -170,22 +179,20 @@ extern "C" void x04cbfn_(ZebEnData* en, const char* matrix, const char* diag, co
                          int64_t* ifail, int64_t errbuf_len) {
   *ifail = 0;
   const char shape = upper(matrix), dg = upper(diag), lr = upper(labrow), lc = upper(labcol);
-  const auto bad = [&](int64_t failno, int64_t msgid, auto... v) {
-    zeb::fail(errbuf, errbuf_len, ifail, failno, msgid, v...);
+  const auto bad = [&](const auto& row, auto... v) {
+    zeb::fail(errbuf, errbuf_len, ifail, row, v...);
   };
   RealFormat fmt;
-  if (!std::strchr("GLU", shape) || !shape) return bad(1, 99999, *matrix);
-  if (shape != 'G' && (!std::strchr("BNU", dg) || !dg)) return bad(2, 99999, *diag);
-  if (*m < 0) return bad(3, 99997, *m);
-  if (*n < 0) return bad(4, 99997, *n);
-  if (*lda < std::max<int64_t>(1, *m)) return bad(5, 99997, *lda, *m);
-  if (!std::strchr("NIC", lr) || !lr) return bad(6, 99999, *labrow);
-  if (!std::strchr("NIC", lc) || !lc) return bad(7, 99999, *labcol);
-  if (!fmt.set(form, form_len)) {
-    const std::string f(form, size_t(std::min<int64_t>(form_len, 25)));
-    return bad(8, 99998, f.c_str());
-  }
-  if (*indent < 0) return bad(9, 99997, *indent);
+  if (!std::strchr("GLU", shape) || !shape) return bad(kBadMatrix, *matrix);
+  if (shape != 'G' && (!std::strchr("BNU", dg) || !dg)) return bad(kBadDiag, *diag);
+  if (*m < 0) return bad(kBadM, *m);
+  if (*n < 0) return bad(kBadN, *n);
+  if (*lda < std::max<int64_t>(1, *m)) return bad(kBadLda, *lda, *m);
+  if (!std::strchr("NIC", lr) || !lr) return bad(kBadLabrow, *labrow);
+  if (!std::strchr("NIC", lc) || !lc) return bad(kBadLabcol, *labcol);
+  if (!fmt.set(form, form_len))
+    return bad(kBadForm, std::string_view(form, size_t(std::max<int64_t>(form_len, 0))));
+  if (*indent < 0) return bad(kBadIndent, *indent);
 
   // The rows and columns that hold elements, and whether (i, j) is shown.
   const int64_t nr = shape == 'U' ? std::min(*m, *n) : *m;
@@ -210,8 +217,10 @@ extern "C" void x04cbfn_(ZebEnData* en, const char* matrix, const char* diag, co
         w = std::max(w, int64_t(s.size()) + (s.empty() || s[0] != ' '));
       }
   const int64_t rw = lr == 'N' ? 0 : rl.width(nr) + 1;
-  const int64_t least = *indent + rw + w;
-  if (*ncols != 0 && *ncols < least) return bad(10, 99997, *ncols, least);
+  // The least line width, saturated where it exceeds every integer.
+  int64_t least;
+  if (__builtin_add_overflow(*indent, rw + w, &least)) least = INT64_MAX;
+  if (*ncols != 0 && *ncols < least) return bad(kBadNcols, *ncols, least);
   const int64_t width = *ncols != 0 ? *ncols : std::max(kDefaultWidth, least);
   const int64_t per_block = (width - *indent - rw) / w;
 

@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
+#include <string>
 
 #include "frame.hpp"
 #include "units.hpp"
@@ -16,175 +18,292 @@ namespace zeb {
 Text text(double v) {
   Text t{};
   if (!std::isfinite(v)) {
-    std::snprintf(t.s, sizeof t.s, "%g", v);
+    std::snprintf(t.buf, sizeof t.buf, "%g", v);
     return t;
   }
   // The fewest significant digits that read back as v ...
   int p = 1;
   for (; p < 17; ++p) {
-    std::snprintf(t.s, sizeof t.s, "%.*e", p - 1, v);
-    if (std::strtod(t.s, nullptr) == v) break;
+    std::snprintf(t.buf, sizeof t.buf, "%.*e", p - 1, v);
+    if (std::strtod(t.buf, nullptr) == v) break;
   }
-  std::snprintf(t.s, sizeof t.s, "%.*e", p - 1, v);
-  const int e = std::atoi(std::strchr(t.s, 'e') + 1);
+  std::snprintf(t.buf, sizeof t.buf, "%.*e", p - 1, v);
+  const int e = std::atoi(std::strchr(t.buf, 'e') + 1);
   // ... shown in fixed notation where that is short, and always as a real:
   // 170 -> 170.0, 1e-310 -> 1.0e-310.
-  if (e >= -5 && e < 17) std::snprintf(t.s, sizeof t.s, "%.*f", std::max(p - 1 - e, 0), v);
-  if (!std::strchr(t.s, '.')) {
-    char* x = std::strchr(t.s, 'e');
+  if (e >= -5 && e < 17) std::snprintf(t.buf, sizeof t.buf, "%.*f", std::max(p - 1 - e, 0), v);
+  if (!std::strchr(t.buf, '.')) {
+    char* x = std::strchr(t.buf, 'e');
     char tail[32] = "";
     if (x) {
       std::strcpy(tail, x);
       *x = '\0';
     }
-    std::strcat(t.s, ".0");
-    std::strcat(t.s, tail);
+    std::strcat(t.buf, ".0");
+    std::strcat(t.buf, tail);
   }
   return t;
 }
 
 Text text(int64_t v) {
   Text t{};
-  std::snprintf(t.s, sizeof t.s, "%ld", long(v));
+  std::snprintf(t.buf, sizeof t.buf, "%ld", long(v));
   return t;
 }
 
 Text text(const char* s) {
   Text t{};
-  std::snprintf(t.s, 26, "%s", s ? s : "");
+  t.ext = s ? s : "";
+  t.len = std::strlen(t.ext);
+  return t;
+}
+
+Text text(std::string_view s) {
+  Text t{};
+  t.ext = s.data() ? s.data() : "";
+  t.len = s.size();
   return t;
 }
 
 Text textf(const char* fmt, double v) {
   Text t{};
-  std::snprintf(t.s, 26, fmt, v);
+  std::snprintf(t.buf, sizeof t.buf, fmt, v);
   return t;
 }
 
 Text text(char c) {
   Text t{};
-  t.s[0] = c;
+  t.buf[0] = c;
   return t;
 }
 
+// ---- The coded buffer -----------------------------------------------------
+
+namespace {
+
+constexpr char kRef = '\x02';        // a value field that refers to the store
+constexpr size_t kInlineMax = 25;     // the longest value written into the buffer
+
+// The values that did not fit a coded buffer, for the buffer they were
+// written for.  Each failure on a thread rewrites it.
+struct Store {
+  const char* owner = nullptr;
+  int n = 0;
+  std::string v[kMaxValues];
+};
+thread_local Store t_store;
+
+bool plain(std::string_view v) {
+  return v.size() <= kInlineMax && v.find(kSep) == v.npos && v.find(kRef) == v.npos;
+}
+
+}  // namespace
+
 void code_errbuf(char* errbuf, int64_t len, int64_t failno, int64_t msgid,
                  const Text* vals, int nvals) {
+  nvals = std::clamp(nvals, 0, kMaxValues);
   char buf[512];
-  int n = std::snprintf(buf, sizeof buf, "%c%ld%c%ld%c%d%c", kSep, long(failno), kSep,
-                        long(msgid), kSep, nvals, kSep);
-  for (int i = 0; i < nvals && n < int(sizeof buf); ++i)
-    n += std::snprintf(buf + n, sizeof buf - size_t(n), "%.25s%c", vals[i].s, kSep);
-  if (n > int(sizeof buf) - 1) n = int(sizeof buf) - 1;
-  int64_t k = n < len ? n : len;
-  std::memcpy(errbuf, buf, size_t(k));
-  std::memset(errbuf + k, ' ', size_t(len - k));
+  size_t n = size_t(std::snprintf(buf, sizeof buf, "%c%ld%c%ld%c%d%c", kSep, long(failno), kSep,
+                                  long(msgid), kSep, nvals, kSep));
+  Store& st = t_store;
+  st.owner = errbuf;
+  st.n = 0;
+  const size_t cap = size_t(std::max<int64_t>(len, 0));
+  for (int i = 0; i < nvals; ++i) {
+    const std::string_view v = vals[i].view();
+    // Room for this value and a reference for each one after it.
+    const size_t need = v.size() + 1 + size_t(nvals - 1 - i) * 4;
+    if (plain(v) && n + need <= cap) {
+      std::memcpy(buf + n, v.data(), v.size());
+      n += v.size();
+    } else {
+      try {
+        st.v[st.n].assign(v);
+      } catch (const std::bad_alloc&) {
+        st.v[st.n].clear();
+      }
+      n += size_t(std::snprintf(buf + n, 8, "%c%d", kRef, st.n++));
+    }
+    buf[n++] = kSep;
+  }
+  const size_t k = std::min(n, cap);
+  std::memcpy(errbuf, buf, k);
+  std::memset(errbuf + k, ' ', cap - k);
 }
 
 Coded decode(const char* errbuf, int64_t len) {
   Coded c;
-  if (len < 1 || errbuf[0] != kSep) return c;
-  // Split the fields between separators.
-  const char* fields[10];
-  int64_t lens[10];
-  int nf = 0;
-  int64_t start = 1;
-  for (int64_t i = 1; i < len && nf < 10; ++i) {
-    if (errbuf[i] == kSep) {
-      fields[nf] = errbuf + start;
-      lens[nf] = i - start;
-      ++nf;
+  if (!errbuf || len < 1 || errbuf[0] != kSep) return c;
+  const std::string_view b(errbuf, size_t(len));
+  std::string_view f[3 + kMaxValues];
+  size_t nf = 0, start = 1;
+  for (size_t i = 1; i < b.size() && nf < std::size(f); ++i)
+    if (b[i] == kSep) {
+      f[nf++] = b.substr(start, i - start);
       start = i + 1;
     }
-  }
   if (nf < 3) return c;
   int64_t ints[3];
   for (int k = 0; k < 3; ++k) {
-    char tmp[32];
-    if (lens[k] < 1 || lens[k] > 30) return c;
-    std::memcpy(tmp, fields[k], size_t(lens[k]));
-    tmp[lens[k]] = '\0';
-    char* end;
-    ints[k] = std::strtol(tmp, &end, 10);
-    if (*end) return c;
+    const std::string_view s = f[k];
+    size_t i = s.size() > 1 && s[0] == '-' ? 1 : 0;
+    if (s.empty() || s.size() > 20 || i == s.size()) return c;
+    int64_t v = 0;
+    for (; i < s.size(); ++i) {
+      if (s[i] < '0' || s[i] > '9' || v > (INT64_MAX - 9) / 10) return c;
+      v = v * 10 + (s[i] - '0');
+    }
+    ints[k] = s[0] == '-' ? -v : v;
   }
-  if (ints[2] < 0 || ints[2] > 6 || nf != 3 + ints[2]) return c;
+  if (ints[2] < 0 || ints[2] > kMaxValues || int64_t(nf) != 3 + ints[2]) return c;
   c.failno = ints[0];
   c.msgid = ints[1];
   c.nvals = int(ints[2]);
+  const Store& st = t_store;
   for (int k = 0; k < c.nvals; ++k) {
-    int64_t l = lens[3 + k] > 25 ? 25 : lens[3 + k];
-    std::memcpy(c.vals[k].s, fields[3 + k], size_t(l));
-    c.vals[k].s[l] = '\0';
+    std::string_view v = f[3 + k];
+    if (!v.empty() && v[0] == kRef) {
+      if (v.size() < 2 || v.size() > 3 || st.owner != errbuf) return Coded{};
+      int r = 0;
+      for (char d : v.substr(1)) {
+        if (d < '0' || d > '9') return Coded{};
+        r = r * 10 + (d - '0');
+      }
+      if (r >= st.n) return Coded{};
+      v = st.v[r];
+    }
+    c.vals[k] = v;
   }
   c.ok = true;
   return c;
 }
 
-const Message* Messages::find(int64_t failno, int64_t msgid) const {
+const MsgRow* Messages::find(int64_t failno, int64_t msgid) const {
   for (size_t i = 0; i < n; ++i)
-    if (rows[i].failno == failno && rows[i].msgid == msgid) return &rows[i];
+    if (rows[i]->failno == failno && rows[i]->msgid == msgid) return rows[i];
+  if (failno == kInternalRow.failno && msgid == kInternalRow.msgid) return &kInternalRow;
   return nullptr;
 }
 
-int placeholders(const char* t) {
-  int k = 0;
-  for (const char* p = std::strstr(t, "%s"); p; p = std::strstr(p + 2, "%s")) ++k;
-  return k;
+// ---- The two renderings ---------------------------------------------------
+
+namespace {
+
+// One value through a printf conversion of the text ("%7.1e", "%ld").
+void convert(std::string_view conv, std::string_view v, std::string& out) {
+  char fmt[24], val[64], res[96];
+  const size_t vn = std::min(v.size(), sizeof val - 1);
+  std::memcpy(val, v.data(), vn);
+  val[vn] = '\0';
+  const size_t cn = std::min(conv.size(), sizeof fmt - 1);
+  std::memcpy(fmt, conv.data(), cn);
+  fmt[cn] = '\0';
+  const char last = fmt[cn - 1];
+  int k;
+  if (last == 's')
+    return void(out.append(v));
+  else if (last == 'd')
+    k = conv[cn - 2] == 'l' ? std::snprintf(res, sizeof res, fmt, std::strtol(val, nullptr, 10))
+                            : std::snprintf(res, sizeof res, fmt, int(std::strtol(val, nullptr, 10)));
+  else
+    k = std::snprintf(res, sizeof res, fmt, std::strtod(val, nullptr));
+  out.append(res, size_t(std::clamp(k, 0, int(sizeof res) - 1)));
 }
 
-// Expands the "%s" placeholders of one line of a text.
-static size_t expand(const char* line, size_t n, const Text* vals, int nvals, int* next,
-                     char* out, size_t cap) {
-  size_t o = 0;
-  for (size_t i = 0; i < n && o + 1 < cap; ++i) {
-    if (line[i] == '%' && i + 1 < n && line[i + 1] == 's') {
-      const char* v = *next < nvals ? vals[(*next)++].s : "";
-      for (; *v && o + 1 < cap; ++v) out[o++] = *v;
+// Expands one line of a text for one side, taking values from *next on.
+void expand(std::string_view line, bool c_side, const std::string_view* vals, int nvals,
+            int* next, std::string& out) {
+  for (size_t i = 0; i < line.size(); ++i) {
+    if (line[i] != '%' || i + 1 == line.size()) {
+      out += line[i];
+      continue;
+    }
+    const char c = line[i + 1];
+    if (c == '%') {
+      out += '%';
       ++i;
+    } else if (c == '(' || c == '{') {
+      const size_t close = line.find(c == '(' ? ')' : '}', i);
+      const size_t mid = line.find(c == '(' ? ',' : '|', i);
+      if (close == line.npos || mid > close) {  // not markup
+        out += line[i];
+        continue;
+      }
+      const std::string_view a = line.substr(i + 2, mid - i - 2);
+      const std::string_view b = line.substr(mid + 1, close - mid - 1);
+      if (c == '{')
+        out.append(c_side ? b : a);
+      else if (c_side)
+        out.append(a).append("[").append(b).append("-1]");
+      else
+        out.append(a).append("(").append(b).append(")");
+      i = close;
     } else {
-      out[o++] = line[i];
+      const size_t k = size_t(conversion_len(line.data() + i));
+      convert(line.substr(i, k), *next < nvals ? vals[*next] : std::string_view(), out);
+      ++*next;
+      i += k - 1;
     }
   }
-  out[o] = '\0';
-  return o;
 }
 
-int render_lines(const char* t, const Text* vals, int nvals, char* lines, int maxlines) {
-  int nl = 0, next = 0;
-  while (nl < maxlines) {
+template <class Line>
+void each_line(const char* t, Line&& line) {
+  for (;;) {
     const char* eol = std::strchr(t, '\n');
-    size_t n = eol ? size_t(eol - t) : std::strlen(t);
-    char buf[kLineLen + 1];
-    std::memcpy(buf, " ** ", 4);
-    // A Fortran line ends with its last value: "x = %s." loses the period.
-    if (n >= 3 && t[n - 1] == '.' && t[n - 2] == 's' && t[n - 3] == '%') --n;
-    size_t k = 4 + expand(t, n, vals, nvals, &next, buf + 4, sizeof buf - 4);
-    char* line = lines + nl * kLineLen;
-    std::memcpy(line, buf, k);
-    std::memset(line + k, ' ', size_t(kLineLen) - k);
-    ++nl;
-    if (!eol) break;
+    line(std::string_view(t, eol ? size_t(eol - t) : std::strlen(t)));
+    if (!eol) return;
     t = eol + 1;
   }
+}
+
+}  // namespace
+
+int render_lines(const MsgRow& row, const std::string_view* vals, char* lines, int maxlines) {
+  int nl = 0, next = 0;
+  std::string body;
+  auto put = [&](std::string_view s) {
+    if (nl == maxlines) return;
+    char* l = lines + nl++ * kLineLen;
+    std::memcpy(l, " ** ", 4);
+    std::memcpy(l + 4, s.data(), s.size());
+    std::memset(l + 4 + s.size(), ' ', size_t(kLineLen) - 4 - s.size());
+  };
+  each_line(row.text, [&](std::string_view src) {
+    // A line that ends with its last value loses the closing period.
+    if (src.size() >= 3 && src.substr(src.size() - 3) == "%s.") src.remove_suffix(1);
+    body.clear();
+    expand(src, false, vals, row.nvals, &next, body);
+    // A value may hold line breaks; a line longer than the record is broken
+    // at a blank.
+    each_line(body.c_str(), [&](std::string_view rest) {
+      constexpr size_t kWidth = size_t(kLineLen) - 4;
+      while (rest.size() > kWidth) {
+        size_t cut = rest.rfind(' ', kWidth);
+        if (cut == 0 || cut == rest.npos) cut = kWidth;
+        put(rest.substr(0, cut));
+        rest.remove_prefix(cut);
+        while (!rest.empty() && rest[0] == ' ') rest.remove_prefix(1);
+      }
+      put(rest);
+    });
+  });
   return nl;
 }
 
-void render_c(int code, const char* t, const Text* vals, int nvals, char* out,
-              const char* cname) {
-  const size_t cap = 512;
+void render_c(const MsgRow& row, const std::string_view* vals, char* out, size_t cap) {
+  std::string s = row.cname ? row.cname : zeb_errnames[row.code];
+  s += ':';
   int next = 0;
-  size_t o = size_t(std::snprintf(out, cap, "%s:", cname ? cname : zeb_errnames[code]));
-  while (o + 4 < cap) {
-    const char* eol = std::strchr(t, '\n');
-    size_t n = eol ? size_t(eol - t) : std::strlen(t);
-    out[o++] = '\n';
-    out[o++] = ' ';
-    out[o++] = ' ';
-    o += expand(t, n, vals, nvals, &next, out + o, cap - o);
-    if (!eol) break;
-    t = eol + 1;
-  }
-  out[o < cap ? o : cap - 1] = '\0';
+  std::string body;
+  each_line(row.ctext ? row.ctext : row.text, [&](std::string_view src) {
+    body.clear();
+    expand(src, true, vals, row.nvals, &next, body);
+    each_line(body.c_str(), [&](std::string_view l) { s.append("\n  ").append(l); });
+  });
+  const size_t n = std::min(s.size(), cap - 1);
+  std::memcpy(out, s.data(), n);
+  out[n] = '\0';
 }
 
 void c_fail(ZebError* fail, const char* routine, int code, ...) {
@@ -196,33 +315,35 @@ void c_fail(ZebError* fail, const char* routine, int code, ...) {
   p01acc_c(msg, code, routine, fail);
 }
 
-void c_fail_text(ZebError* fail, const char* routine, int code, const char* t,
-                 const Text* vals, int nvals, const char* cname) {
-  char msg[512];
-  render_c(code, t, vals, nvals, msg, cname);
-  p01acc_c(msg, code, routine, fail);
+// The longest C message handed to the C exit and its handler.
+constexpr size_t kCMessageCap = 2048;
+
+void c_fail_row(ZebError* fail, const char* routine, const MsgRow& row, const Text* vals) {
+  std::string_view v[kMaxValues];
+  for (int i = 0; i < row.nvals; ++i) v[i] = vals[i].view();
+  char msg[kCMessageCap];
+  render_c(row, v, msg, sizeof msg);
+  if (fail && row.failno != 0) fail->errnum = row.failno;
+  p01acc_c(msg, row.code, routine, fail);
 }
 
-static const char kInternalText[] =
-    "An internal error has occurred in this function.\n"
-    "Check the function call and any array sizes. If the call is correct\n"
-    "then please consult ZEB for assistance.";
+// The row a failure's buffer names in a routine's table, with its values;
+// null when the buffer does not code that failure with the row's values.
+static const MsgRow* coded_row(Messages msgs, int64_t ierr, const char* errbuf, Coded& c) {
+  c = decode(errbuf, kErrbufLen);
+  if (!c.ok || c.failno != ierr) return nullptr;
+  const MsgRow* m = msgs.find(c.failno, c.msgid);
+  return m && m->nvals == c.nvals ? m : nullptr;
+}
 
 void finish_fortran(const char* name, Messages msgs, int64_t* ifail, int64_t ierr,
                     const char* errbuf) {
+  static constexpr Msg<0> kAlloc{kAllocFail, 0, NE_ALLOC_FAIL, "Dynamic memory allocation failed."};
   char lines[kMaxLines * kLineLen];
-  int nrec;
-  if (ierr == kAllocFail) {
-    nrec = render_lines("Dynamic memory allocation failed.", nullptr, 0, lines, kMaxLines);
-    lines[0] = ' ';  // the allocation line is " ** Dynamic ..."
-  } else {
-    Coded c = decode(errbuf, kErrbufLen);
-    const Message* m = c.ok && c.failno == ierr ? msgs.find(c.failno, c.msgid) : nullptr;
-    if (m && placeholders(m->text) == c.nvals)
-      nrec = render_lines(m->text, c.vals, c.nvals, lines, kMaxLines);
-    else
-      nrec = render_lines(kInternalText, nullptr, 0, lines, kMaxLines);
-  }
+  Coded c;
+  const MsgRow* m = ierr == kAllocFail ? &kAlloc : coded_row(msgs, ierr, errbuf, c);
+  int nrec = render_lines(m ? *m : kInternalRow, c.vals, lines, kMaxLines);
+  if (ierr == kAllocFail) lines[0] = ' ';  // the allocation line is " ** Dynamic ..."
   int64_t n = nrec;
   int64_t len = int64_t(std::strlen(name));
   p01abzu_(ifail, &ierr, name, &n, lines, len, kLineLen);
@@ -230,42 +351,18 @@ void finish_fortran(const char* name, Messages msgs, int64_t* ifail, int64_t ier
 
 void finish_c(ZebError* fail, const char* name, Messages msgs, int64_t ierr,
               const char* errbuf) {
-  if (ierr == 0) {
-    if (fail && fail->code == 0) p01acc_c(nullptr, NE_NOERROR, name, fail);
-    return;
-  }
+  if (ierr == 0) return c_success(fail, name);
   if (ierr == kAllocFail) {
     p01acc_c("NE_ALLOC_FAIL:\n  Dynamic memory allocation failed.", NE_ALLOC_FAIL, name, fail);
     return;
   }
   if (fail) fail->errnum = ierr;
-  char buf[kErrbufLen + 1];
-  std::memcpy(buf, errbuf, kErrbufLen);
-  buf[kErrbufLen] = '\0';
-  const char sep2[] = "\x01%d\x01%d\x01";
-  const char sep4[] = "\x01%d\x01%d\x01%d\x01%25[^\x01]\x01";
-  const char sep5[] = "\x01%d\x01%d\x01%d\x01%25[^\x01]\x01%25[^\x01]\x01";
-  int failno = 0, msgid = 0, nvals = 0;
-  Text v[2]{};
-  const Message* m = nullptr;
-  if (std::sscanf(buf, sep2, &failno, &msgid) == 2) m = msgs.find(failno, msgid);
-  if (m) {
-    const char* t = m->ctext ? m->ctext : m->text;
-    int want = placeholders(t);
-    int got = -1;
-    if (want == 0) {
-      got = std::sscanf(buf, "\x01%d\x01%d\x01%d\x01", &failno, &msgid, &nvals) == 3 && nvals == 0 ? 0 : -1;
-    } else if (want == 1) {
-      got = std::sscanf(buf, sep4, &failno, &msgid, &nvals, v[0].s) == 4 && nvals == 1 ? 1 : -1;
-    } else if (want == 2) {
-      got = std::sscanf(buf, sep5, &failno, &msgid, &nvals, v[0].s, v[1].s) == 5 && nvals == 2 ? 2 : -1;
-    }
-    if (got == want) {
-      c_fail_text(fail, name, m->code, t, v, got, m->cname);
-      return;
-    }
-  }
-  p01acc_c(nullptr, NE_INTERNAL_ERROR, name, fail);
+  Coded c;
+  const MsgRow* m = coded_row(msgs, ierr, errbuf, c);
+  if (!m || m == &kInternalRow) return p01acc_c(nullptr, NE_INTERNAL_ERROR, name, fail);
+  char msg[kCMessageCap];
+  render_c(*m, c.vals, msg, sizeof msg);
+  p01acc_c(msg, m->code, name, fail);
 }
 
 }  // namespace zeb

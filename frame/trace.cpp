@@ -65,11 +65,11 @@ static void address(ZebEnData* en, const void* p) {
 }
 
 ZEB_API void y90adft_(ZebEnData* en, const char* name, const int64_t* value, int64_t nlen) {
-  named(en, name, nlen, zeb::text(*value).s);
+  named(en, name, nlen, zeb::text(*value).buf);
 }
 
 ZEB_API void y90agft_(ZebEnData* en, const char* name, const double* value, int64_t nlen) {
-  named(en, name, nlen, zeb::text(*value).s);
+  named(en, name, nlen, zeb::text(*value).buf);
 }
 
 ZEB_API void y90aaft_(ZebEnData* en, const char* name, const char* value, int64_t nlen,

@@ -83,10 +83,12 @@ ZEB_API void f07afc(Zeb_OrderType order, I m, I n, const double a[], I pda, doub
         f07afft_(en, &m, &n, p[0], &ld[0], r, c, rowcnd, colcnd, amax, info);
       },
       [&](I info) {
-        const bool row = info <= m;
-        const zeb::Text v[] = {zeb::text(row ? info : info - m)};
-        zeb::c_fail_text(fail, "f07afc", NE_SINGULAR,
-                         row ? "Row %s of A is exactly zero." : "Column %s of A is exactly zero.",
-                         v, 1);
+        static constexpr zeb::Msg<1> kZeroRow{0, 0, NE_SINGULAR, "Row %s of A is exactly zero."};
+        static constexpr zeb::Msg<1> kZeroColumn{0, 0, NE_SINGULAR,
+                                                 "Column %s of A is exactly zero."};
+        if (info <= m)
+          zeb::c_fail(fail, "f07afc", kZeroRow, info);
+        else
+          zeb::c_fail(fail, "f07afc", kZeroColumn, info - m);
       });
 }

@@ -152,12 +152,12 @@ ZEB_API void f07adc(Zeb_OrderType order, I m, I n, double a[], I pda, I ipiv[], 
         f07adft_(en, &m, &n, p[0], &ld[0], ipiv, info);
       },
       [&](I info) {
-        const zeb::Text v[] = {zeb::text(info)};
-        zeb::c_fail_text(fail, "f07adc", NE_SINGULAR,
-                         "Element %s of the diagonal is exactly zero.\n"
-                         "The factorization has been completed, but the factor U\n"
-                         "is exactly singular, and division by zero will occur if it is used to solve\n"
-                         "a system of equations.",
-                         v, 1);
+        static constexpr zeb::Msg<1> kSingular{
+            0, 0, NE_SINGULAR,
+            "Element %s of the diagonal is exactly zero.\n"
+            "The factorization has been completed, but the factor U\n"
+            "is exactly singular, and division by zero will occur if it is used to solve\n"
+            "a system of equations."};
+        zeb::c_fail(fail, "f07adc", kSingular, info);
       });
 }

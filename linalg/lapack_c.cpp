@@ -21,7 +21,8 @@ void report_argument(ZebError* fail, const char* routine, int64_t info,
 
 void report_no_blas(ZebError* fail, const char* routine) {
   if (fail) fail->errnum = blas::kNoBlas;
-  c_fail_text(fail, routine, NE_NOT_READ_FILE, blas::failure_text(), nullptr, 0);
+  static constexpr Msg<1> kNoBlas{0, 0, NE_NOT_READ_FILE, "%s"};
+  c_fail(fail, routine, kNoBlas, blas::failure_text());
 }
 
 }  // namespace zeb::lapack

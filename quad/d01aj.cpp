@@ -473,21 +473,34 @@ void adaptive(F& f, double a, double b, double epsabs, double epsrel, int64_t li
   o.b2 = b2;
 }
 
-const zeb::Message kD01ajMessages[] = {
-    {1, 1001, NE_QUAD_MAX_SUBDIV,
-     "The maximum number of subdivisions (LIMIT) has been reached:\nLIMIT = %s, lw = %s and\n"
-     "liw = %s"},
-    {2, 1002, NE_QUAD_ROUNDOFF_TOL,
-     "Round-off error prevents the requested tolerance from being achieved:\n"
-     "epsabs = %s and epsrel = %s"},
-    {3, 1003, NE_QUAD_BAD_SUBDIV,
-     "Extremely bad integrand behaviour occurs around the sub-interval\n(%s, %s)."},
-    {4, 1004, NE_QUAD_ROUNDOFF_EXTRAPL, "Round-off error is detected in the extrapolation table."},
-    {5, 1005, NE_QUAD_NO_CONV, "The integral is probably divergent or slowly convergent."},
-    {6, 1006, NE_INT, "On entry, lw = %s.\nConstraint: lw >= 4."},
-    {6, 1007, NE_INT, "On entry, liw = %s.\nConstraint: liw >= 1."},
-    {-1, 1008, NE_USER_STOP, "User requested termination, user flag value = %s."},
-};
+// The rows carry the texts of both entries, d01ajf and d01sjc.
+constexpr zeb::Msg<3> kMaxSubdiv{
+    1, 1001, NE_QUAD_MAX_SUBDIV,
+    "The maximum number of subdivisions (LIMIT) has been reached:\nLIMIT = %s, lw = %s and\n"
+    "liw = %s",
+    "The maximum number of subdivisions has\nbeen reached: max_num_subint = %1ld"};
+constexpr zeb::Msg<2> kRoundoff{
+    2, 1002, NE_QUAD_ROUNDOFF_TOL,
+    "Round-off error prevents the requested tolerance from being achieved:\n"
+    "epsabs = %s and epsrel = %s",
+    "Round-off error prevents the requested tolerance from\n"
+    "being achieved:  epsabs = %7.1e,  epsrel =  %7.1e."};
+constexpr zeb::Msg<2> kBadSubdiv{
+    3, 1003, NE_QUAD_BAD_SUBDIV,
+    "Extremely bad integrand behaviour occurs around the sub-interval\n(%s, %s).",
+    "Extremely bad integrand behaviour occurs around the\nsub-interval (%14.7e, %14.7e )."};
+constexpr zeb::Msg<0> kRoundoffExtrapolation{
+    4, 1004, NE_QUAD_ROUNDOFF_EXTRAPL, "Round-off error is detected in the extrapolation table.",
+    "Round-off error is detected during extrapolation."};
+constexpr zeb::Msg<0> kNoConvergence{5, 1005, NE_QUAD_NO_CONV,
+                                     "The integral is probably divergent or slowly convergent."};
+constexpr zeb::Msg<1> kBadLw{6, 1006, NE_INT, "On entry, lw = %s.\nConstraint: lw >= 4."};
+constexpr zeb::Msg<1> kBadLiw{6, 1007, NE_INT, "On entry, liw = %s.\nConstraint: liw >= 1."};
+constexpr zeb::Msg<1> kUserStop{-1, 1008, NE_USER_STOP,
+                                "User requested termination, user flag value = %s."};
+constexpr const zeb::MsgRow* kD01ajMessages[] = {
+    &kMaxSubdiv, &kRoundoff, &kBadSubdiv, &kRoundoffExtrapolation,
+    &kNoConvergence, &kBadLw, &kBadLiw, &kUserStop};
 
 // The callback: the user's f at one abscissa, through the shims.
 typedef void (*D01ajMarshal)(zeb::RealFn1, ZebEnData*, const double*, double*, int64_t*,
@@ -517,11 +530,11 @@ extern "C" void d01ajfn_(ZebEnData* en, D01ajMarshal marshal, zeb::RealFn1 fun,
                          int64_t* ifail, int64_t errbuf_len) {
   *ifail = 0;
   if (*lw < 4) {
-    zeb::fail(errbuf, errbuf_len, ifail, 6, 1006, *lw);
+    zeb::fail(errbuf, errbuf_len, ifail, kBadLw, *lw);
     return;
   }
   if (*liw < 1) {
-    zeb::fail(errbuf, errbuf_len, ifail, 6, 1007, *liw);
+    zeb::fail(errbuf, errbuf_len, ifail, kBadLiw, *liw);
     return;
   }
   const int64_t limit = *lw / 4 < *liw ? *lw / 4 : *liw;
@@ -536,7 +549,7 @@ extern "C" void d01ajfn_(ZebEnData* en, D01ajMarshal marshal, zeb::RealFn1 fun,
                  w + limit - 1, w + 2 * limit - 1, w + 3 * limit - 1, iw - 1, o);
       });
   if (o.stopped) {
-    zeb::fail(errbuf, errbuf_len, ifail, -1, 1008, en->user_stop != 0 ? en->user_stop : -1);
+    zeb::fail(errbuf, errbuf_len, ifail, kUserStop, en->user_stop != 0 ? en->user_stop : -1);
     return;
   }
   *result = o.result;
@@ -559,18 +572,18 @@ extern "C" void d01ajfn_(ZebEnData* en, D01ajMarshal marshal, zeb::RealFn1 fun,
       double* const lists[4] = {w, w + n, w + 2 * n, w + 3 * n};
       zeb::rearrange_by_ranks(lists, 4, n, iw);
     } else {
-      zeb::fail(errbuf, errbuf_len, ifail, zeb::kInternal, zeb::kInternal);
+      zeb::fail_internal(errbuf, errbuf_len, ifail);
       return;
     }
   }
   iw[0] = n;
   switch (o.ier) {
     case 0: break;
-    case 1: zeb::fail(errbuf, errbuf_len, ifail, 1, 1001, limit, *lw, *liw); break;
-    case 2: zeb::fail(errbuf, errbuf_len, ifail, 2, 1002, *epsabs, *epsrel); break;
-    case 3: zeb::fail(errbuf, errbuf_len, ifail, 3, 1003, o.a1, o.b2); break;
-    case 4: zeb::fail(errbuf, errbuf_len, ifail, 4, 1004); break;
-    default: zeb::fail(errbuf, errbuf_len, ifail, 5, 1005); break;
+    case 1: zeb::fail(errbuf, errbuf_len, ifail, kMaxSubdiv, limit, *lw, *liw); break;
+    case 2: zeb::fail(errbuf, errbuf_len, ifail, kRoundoff, *epsabs, *epsrel); break;
+    case 3: zeb::fail(errbuf, errbuf_len, ifail, kBadSubdiv, o.a1, o.b2); break;
+    case 4: zeb::fail(errbuf, errbuf_len, ifail, kRoundoffExtrapolation); break;
+    default: zeb::fail(errbuf, errbuf_len, ifail, kNoConvergence); break;
   }
 }
 
@@ -634,46 +647,5 @@ ZEB_API void d01sjc(double (*f)(double x, Zeb_Comm* comm), double a, double b, d
   }
   delete[] w;
   delete[] iw;
-  if (fail && ierr != 0) fail->errnum = ierr;
-  char msg[512];
-  switch (ierr) {
-    case 0:
-      if (fail) p01acc_c(nullptr, NE_NOERROR, kName, fail);
-      return;
-    case 1:
-      std::snprintf(msg, sizeof msg,
-                    "NE_QUAD_MAX_SUBDIV:\n  The maximum number of subdivisions has\n"
-                    "  been reached: %s = %1ld",
-                    "max_num_subint", long(max_num_subint));
-      return p01acc_c(msg, NE_QUAD_MAX_SUBDIV, kName, fail);
-    case 2:
-      std::snprintf(msg, sizeof msg,
-                    "NE_QUAD_ROUNDOFF_TOL:\n  Round-off error prevents the requested tolerance "
-                    "from\n  being achieved:  epsabs = %7.1e,  epsrel =  %7.1e.",
-                    epsabs, epsrel);
-      return p01acc_c(msg, NE_QUAD_ROUNDOFF_TOL, kName, fail);
-    case 3: {
-      const zeb::Coded c = zeb::decode(errbuf, zeb::kErrbufLen);
-      if (!c.ok || c.nvals != 2) break;
-      std::snprintf(msg, sizeof msg,
-                    "NE_QUAD_BAD_SUBDIV:\n  Extremely bad integrand behaviour occurs around the\n"
-                    "  sub-interval (%14.7e, %14.7e ).",
-                    std::strtod(c.vals[0].s, nullptr), std::strtod(c.vals[1].s, nullptr));
-      return p01acc_c(msg, NE_QUAD_BAD_SUBDIV, kName, fail);
-    }
-    case 4:
-      return p01acc_c("NE_QUAD_ROUNDOFF_EXTRAPL:\n  Round-off error is detected during "
-                      "extrapolation.",
-                      NE_QUAD_ROUNDOFF_EXTRAPL, kName, fail);
-    case 5:
-      return p01acc_c("NE_QUAD_NO_CONV:\n  The integral is probably divergent or slowly "
-                      "convergent.",
-                      NE_QUAD_NO_CONV, kName, fail);
-    case -1:
-      return zeb::c_fail(fail, kName, NE_USER_STOP, long(en.user_stop));
-    case zeb::kAllocFail:
-      return zeb::c_fail(fail, kName, NE_ALLOC_FAIL);
-    default: break;
-  }
-  p01acc_c(nullptr, NE_INTERNAL_ERROR, kName, fail);
+  zeb::finish_c(fail, kName, kD01ajMessages, ierr, errbuf);
 }

@@ -14,14 +14,14 @@ constexpr int64_t kStateMsgid = 901;
 
 // The message row of a failed state check, reported as failure `failno`;
 // the C code NE_INVALID_STATE is of the table's class NE_STATE_CORRUPT.
-constexpr zeb::Message state_message(int64_t failno) {
+consteval zeb::Msg<0> state_message(int64_t failno) {
   return {failno, kStateMsgid, NE_STATE_CORRUPT, kStateText, nullptr, "NE_INVALID_STATE"};
 }
 
-// Runs the state check; on failure reports it as failure f1 (code 1) or f2
+// Runs the state check; on failure reports it with row r1 (code 1) or r2
 // (code 2) and returns true.
-bool bad_state(const int64_t* state, int64_t f1, int64_t f2, char* errbuf, int64_t len,
-               int64_t* ifail);
+bool bad_state(const int64_t* state, const zeb::Msg<0>& r1, const zeb::Msg<0>& r2, char* errbuf,
+               int64_t len, int64_t* ifail);
 
 // The C entries' check of array pointers: reports the first null one.
 inline bool c_null(ZebError* fail, const char* routine,

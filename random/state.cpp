@@ -138,43 +138,39 @@ int64_t init_state(int64_t genid, int64_t subid, const int64_t* seed, int64_t ls
   return -99;
 }
 
-constexpr char kGenidText[] = "On entry, genid = %s.\nConstraint: genid = 1, 2, 3, 4, 5 or 6.";
-constexpr char kSubidText[] = "On entry, subid = %s.\nConstraint: subid <= 999999 when genid = 5.";
+constexpr zeb::Msg<1> kGenidRow{1, 1, NE_BAD_PARAM,
+                                "On entry, genid = %s.\nConstraint: genid = 1, 2, 3, 4, 5 or 6."};
+constexpr zeb::Msg<1> kSubidRow{2, 2, NE_INT,
+                                "On entry, subid = %s.\nConstraint: subid <= 999999 when genid = 5."};
+constexpr zeb::Msg<0> kSeedRow{3, 3, NE_INT_ARRAY, "On entry, invalid seed."};
+constexpr zeb::Msg<1> kLseedRow{4, 4, NE_INT, "On entry, lseed = %s.\nConstraint: lseed >= 1."};
 constexpr char kLstateText[] = "On entry, lstate = %s.\nConstraint: lstate <= 0 or lstate >= %s.";
-constexpr char kQueryText[] =
-    "Required length of state array returned in lstate but state array not\ninitialized.";
-constexpr char kUnexpectedText[] = "Unexpected error (%s) in the generator's initialization.";
+constexpr zeb::Msg<2> kLstateRow{6, 6, NE_INT, kLstateText};     // g05kf
+constexpr zeb::Msg<2> kLstateRowNonrep{4, 6, NE_INT, kLstateText};  // g05kg
+constexpr zeb::Msg<0> kQueryRow{
+    -1, 7, NE_NOERROR,
+    "Required length of state array returned in lstate but state array not\ninitialized."};
+constexpr zeb::Msg<1> kUnexpected{-99, 8, NE_INTERNAL_ERROR,
+                                  "Unexpected error (%s) in the generator's initialization."};
 
-const zeb::Message kInitMessages[] = {
-    {1, 1, NE_BAD_PARAM, kGenidText},
-    {2, 2, NE_INT, kSubidText},
-    {3, 3, NE_INT_ARRAY, "On entry, invalid seed."},
-    {4, 4, NE_INT, "On entry, lseed = %s.\nConstraint: lseed >= 1."},
-    {6, 6, NE_INT, kLstateText},
-    {-1, 7, NE_NOERROR, kQueryText},
-    {-99, 8, NE_INTERNAL_ERROR, kUnexpectedText},
-};
+constexpr const zeb::MsgRow* kInitMessages[] = {&kGenidRow,  &kSubidRow, &kSeedRow, &kLseedRow,
+                                                &kLstateRow, &kQueryRow,    &kUnexpected};
+constexpr const zeb::MsgRow* kNonrepMessages[] = {&kGenidRow, &kSubidRow, &kLstateRowNonrep,
+                                                  &kQueryRow, &kUnexpected};
 
-const zeb::Message kNonrepMessages[] = {
-    {1, 1, NE_BAD_PARAM, kGenidText},
-    {2, 2, NE_INT, kSubidText},
-    {4, 6, NE_INT, kLstateText},
-    {-1, 7, NE_NOERROR, kQueryText},
-    {-99, 8, NE_INTERNAL_ERROR, kUnexpectedText},
-};
-
-// The engines' common failure exit: failure f of the driver, reported as
-// failure number `lstate_failno` when it is the lstate check.
-void init_fail(int64_t f, int64_t lstate_failno, int64_t genid, int64_t subid, int64_t lseed, int64_t lstate,
-               int64_t required, char* errbuf, int64_t len, int64_t* ifail) {
+// The engines' common failure exit: failure f of the driver, reported with
+// `lstate_row` when it is the lstate check.
+void init_fail(int64_t f, const zeb::Msg<2>& lstate_row, int64_t genid, int64_t subid,
+               int64_t lseed, int64_t lstate, int64_t required, char* errbuf, int64_t len,
+               int64_t* ifail) {
   switch (f) {
-    case 1: zeb::fail(errbuf, len, ifail, 1, 1, genid); break;
-    case 2: zeb::fail(errbuf, len, ifail, 2, 2, subid); break;
-    case 3: zeb::fail(errbuf, len, ifail, 3, 3); break;
-    case 4: zeb::fail(errbuf, len, ifail, 4, 4, lseed); break;
-    case -1: zeb::fail(errbuf, len, ifail, -1, 7); break;
-    case -99: zeb::fail(errbuf, len, ifail, -99, 8, required); break;
-    default: zeb::fail(errbuf, len, ifail, lstate_failno, 6, lstate, required);
+    case 1: zeb::fail(errbuf, len, ifail, kGenidRow, genid); break;
+    case 2: zeb::fail(errbuf, len, ifail, kSubidRow, subid); break;
+    case 3: zeb::fail(errbuf, len, ifail, kSeedRow); break;
+    case 4: zeb::fail(errbuf, len, ifail, kLseedRow, lseed); break;
+    case -1: zeb::fail(errbuf, len, ifail, kQueryRow); break;
+    case -99: zeb::fail(errbuf, len, ifail, kUnexpected, required); break;
+    default: zeb::fail(errbuf, len, ifail, lstate_row, lstate, required);
   }
 }
 
@@ -193,7 +189,7 @@ extern "C" void g05kffn_(const int64_t* genid, const int64_t* subid, const int64
   const int64_t asked = *lstate;
   int64_t required = 0;
   const int64_t f = init_state(*genid, *subid, seed, *lseed, state, lstate, &required);
-  if (f != 0) init_fail(f, 6, *genid, *subid, *lseed, asked, required, errbuf, errbuf_len, ifail);
+  if (f != 0) init_fail(f, kLstateRow, *genid, *subid, *lseed, asked, required, errbuf, errbuf_len, ifail);
 }
 
 // The seed of a non-repeatable initialisation, from the Fortran runtime:
@@ -213,7 +209,7 @@ extern "C" void g05kgfn_(const int64_t* genid, const int64_t* subid, int64_t* st
   const int64_t asked = *lstate;
   int64_t required = 0;
   const int64_t f = init_state(*genid, *subid, seed, 2, state, lstate, &required);
-  if (f != 0) init_fail(f, 4, *genid, *subid, 2, asked, required, errbuf, errbuf_len, ifail);
+  if (f != 0) init_fail(f, kLstateRowNonrep, *genid, *subid, 2, asked, required, errbuf, errbuf_len, ifail);
 }
 
 namespace {
@@ -256,9 +252,9 @@ ZEB_API void g05kgc(Zeb_BaseRNG genid, Integer subid, Integer state[], Integer* 
   });
 }
 
-bool zeb::rng::bad_state(const int64_t* state, int64_t f1, int64_t f2, char* errbuf,
-                         int64_t len, int64_t* ifail) {
+bool zeb::rng::bad_state(const int64_t* state, const zeb::Msg<0>& r1, const zeb::Msg<0>& r2,
+                         char* errbuf, int64_t len, int64_t* ifail) {
   const int64_t c = g05kfyn_(state);
-  if (c != 0) zeb::fail(errbuf, len, ifail, c == 1 ? f1 : f2, kStateMsgid);
+  if (c != 0) zeb::fail(errbuf, len, ifail, c == 1 ? r1 : r2);
   return c != 0;
 }

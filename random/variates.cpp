@@ -12,18 +12,12 @@ using namespace zeb::rng;
 
 namespace {
 
-const zeb::Message kUniformMessages[] = {
-    {1, 1, NE_INT, "On entry, n = %s.\nConstraint: n >= 0."},
-    state_message(2),
-    state_message(4),
-};
-
-const zeb::Message kNormalMessages[] = {
-    {1, 1, NE_INT, "On entry, n = %s.\nConstraint: n >= 0."},
-    {3, 3, NE_REAL, "On entry, var = %s.\nConstraint: var >= 0.0."},
-    state_message(4),
-    state_message(6),
-};
+constexpr zeb::Msg<1> kBadN{1, 1, NE_INT, "On entry, n = %s.\nConstraint: n >= 0."};
+constexpr zeb::Msg<1> kBadVar{3, 3, NE_REAL, "On entry, var = %s.\nConstraint: var >= 0.0."};
+constexpr zeb::Msg<0> kState2 = state_message(2), kState4 = state_message(4),
+                      kState6 = state_message(6);
+constexpr const zeb::MsgRow* kUniformMessages[] = {&kBadN, &kState2, &kState4};
+constexpr const zeb::MsgRow* kNormalMessages[] = {&kBadN, &kBadVar, &kState4, &kState6};
 
 // Wichura's algorithm AS 241 (PPND16): the normal quantile to about 16
 // digits, by rational approximations in three regions.
@@ -85,8 +79,8 @@ ZEB_FORTRAN_SUBROUTINE(g05saf, G05SA_ARGS, kUniformMessages)
 extern "C" void g05safn_(const int64_t* n, int64_t* state, double* x, char* errbuf,
                          int64_t* ifail, int64_t len) {
   *ifail = 0;
-  if (*n < 0) return zeb::fail(errbuf, len, ifail, 1, 1, *n);
-  if (*n == 0 || bad_state(state, 2, 4, errbuf, len, ifail)) return;
+  if (*n < 0) return zeb::fail(errbuf, len, ifail, kBadN, *n);
+  if (*n == 0 || bad_state(state, kState2, kState4, errbuf, len, ifail)) return;
   draw(*n, state, x);
 }
 
@@ -99,9 +93,9 @@ extern "C" void g05skfn_(const int64_t* n, const double* xmu, const double* var,
                          int64_t* state, double* x, char* errbuf, int64_t* ifail,
                          int64_t len) {
   *ifail = 0;
-  if (*n < 0) return zeb::fail(errbuf, len, ifail, 1, 1, *n);
-  if (!(*var >= 0.0)) return zeb::fail(errbuf, len, ifail, 3, 3, *var);
-  if (bad_state(state, 4, 6, errbuf, len, ifail)) return;
+  if (*n < 0) return zeb::fail(errbuf, len, ifail, kBadN, *n);
+  if (!(*var >= 0.0)) return zeb::fail(errbuf, len, ifail, kBadVar, *var);
+  if (bad_state(state, kState4, kState6, errbuf, len, ifail)) return;
   if (*var == 0.0) {
     for (int64_t i = 0; i < *n; ++i) x[i] = *xmu;
     return;

@@ -10,29 +10,35 @@
 
 namespace {
 
-const zeb::Message kC05ayMessages[] = {
-    {1, 1, NE_REAL, "On entry, eps = %s.\nConstraint: eps > 0.0."},
-    {1, 2, NE_REAL_2, "On entry, a = %s and b = %s.\nConstraint: a and b must not be equal."},
-    {1, 3, NE_FUNC_END_VAL,
-     "On entry, f(a) and f(b) have the same sign with neither equalling 0.0:\n"
-     "f(a) = %s and f(b) = %s.",
-     nullptr, "NE_NOT_SIGN_CHANGE"},
-    {2, 4, NE_XTOL_TOO_SMALL,
-     "The tolerance eps has been set too small for the problem\n"
-     "being solved. However, the value x returned may well\n"
-     "be a good approximation to the zero.\n"
-     "eps = %s.",
-     nullptr, "NW_TOO_MUCH_ACC_REQUESTED"},
-    {3, 5, NE_PROBABLE_POLE,
-     "The final interval may contain a pole rather than a zero.\n"
-     "Note that this error exit is not completely reliable: it may be taken\n"
-     "in extreme cases when [a,b] contains a zero, or it may not be taken\n"
-     "when [a,b] contains a pole.\n"
-     "Both these cases occur most frequently when eps is large."},
-    {-1, 6, NE_USER_STOP, "User requested termination, user flag value = %s."},
-    {1, 7, NE_REAL_2, "On entry, a = %s and b = %s.\nConstraint: a and b must be finite."},
-    {4, 8, NE_REAL, "The function f returned a value that is not a number at x = %s."},
-};
+constexpr zeb::Msg<1> kBadEps{1, 1, NE_REAL, "On entry, eps = %s.\nConstraint: eps > 0.0."};
+constexpr zeb::Msg<2> kEqualEnds{1, 2, NE_REAL_2,
+                                 "On entry, a = %s and b = %s.\nConstraint: a and b must not be equal."};
+constexpr zeb::Msg<2> kSameSign{
+    1, 3, NE_FUNC_END_VAL,
+    "On entry, f(a) and f(b) have the same sign with neither equalling 0.0:\n"
+    "f(a) = %s and f(b) = %s.",
+    nullptr, "NE_NOT_SIGN_CHANGE"};
+constexpr zeb::Msg<1> kTooSmallEps{
+    2, 4, NE_XTOL_TOO_SMALL,
+    "The tolerance eps has been set too small for the problem\n"
+    "being solved. However, the value x returned may well\n"
+    "be a good approximation to the zero.\n"
+    "eps = %s.",
+    nullptr, "NW_TOO_MUCH_ACC_REQUESTED"};
+constexpr zeb::Msg<0> kPole{3, 5, NE_PROBABLE_POLE,
+                            "The final interval may contain a pole rather than a zero.\n"
+                            "Note that this error exit is not completely reliable: it may be taken\n"
+                            "in extreme cases when [a,b] contains a zero, or it may not be taken\n"
+                            "when [a,b] contains a pole.\n"
+                            "Both these cases occur most frequently when eps is large."};
+constexpr zeb::Msg<1> kUserStop{-1, 6, NE_USER_STOP, "User requested termination, user flag value = %s."};
+constexpr zeb::Msg<2> kInfiniteEnds{1, 7, NE_REAL_2,
+                                    "On entry, a = %s and b = %s.\nConstraint: a and b must be finite."};
+constexpr zeb::Msg<1> kNotANumber{4, 8, NE_REAL,
+                                  "The function f returned a value that is not a number at x = %s."};
+constexpr const zeb::MsgRow* kC05ayMessages[] = {&kBadEps,   &kEqualEnds, &kSameSign,
+                                                 &kTooSmallEps, &kPole, &kUserStop,
+                                                 &kInfiniteEnds, &kNotANumber};
 
 typedef void (*C05ayMarshal)(zeb::RealFn1, ZebEnData*, const double*, double*, int64_t*,
                              double*);
@@ -53,10 +59,10 @@ extern "C" void c05ayfn_(ZebEnData* en, const double* a, const double* b, const 
                          const double* eta, C05ayMarshal marshal, zeb::RealFn1 fun, double* x,
                          char* errbuf, int64_t* ifail, int64_t errbuf_len) {
   *ifail = 0;
-  if (!(*eps > 0.0)) return zeb::fail(errbuf, errbuf_len, ifail, 1, 1, *eps);
+  if (!(*eps > 0.0)) return zeb::fail(errbuf, errbuf_len, ifail, kBadEps, *eps);
   if (!(std::isfinite(*a) && std::isfinite(*b)))
-    return zeb::fail(errbuf, errbuf_len, ifail, 1, 7, *a, *b);
-  if (*a == *b) return zeb::fail(errbuf, errbuf_len, ifail, 1, 2, *a, *b);
+    return zeb::fail(errbuf, errbuf_len, ifail, kInfiniteEnds, *a, *b);
+  if (*a == *b) return zeb::fail(errbuf, errbuf_len, ifail, kEqualEnds, *a, *b);
   zeb::with_real1(
       marshal == c05ayf_internal_fh_, en, fun,
       [&](double t, double& ft) { return c05ayf_print_fh_(marshal, fun, en, &t, &ft, nullptr, nullptr); },
@@ -85,7 +91,7 @@ extern "C" void c05ayfn_(ZebEnData* en, const double* a, const double* b, const 
           if (known) continue;
           if (!f(xx, fx)) {
             *x = xx;
-            return zeb::fail(errbuf, errbuf_len, ifail, -1, 6,
+            return zeb::fail(errbuf, errbuf_len, ifail, kUserStop,
                              en->user_stop != 0 ? en->user_stop : -1);
           }
           kept_x[nf % kKept] = xx;
@@ -100,11 +106,11 @@ extern "C" void c05ayfn_(ZebEnData* en, const double* a, const double* b, const 
         *x = xx;
         switch (ifl) {
           case 0: break;
-          case 1: zeb::fail(errbuf, errbuf_len, ifail, 1, 3, fa, fb); break;
-          case 5: zeb::fail(errbuf, errbuf_len, ifail, 2, 4, *eps); break;
-          case 4: zeb::fail(errbuf, errbuf_len, ifail, 3, 5); break;
-          case 6: zeb::fail(errbuf, errbuf_len, ifail, 4, 8, v1); break;
-          default: zeb::fail(errbuf, errbuf_len, ifail, zeb::kInternal, zeb::kInternal); break;
+          case 1: zeb::fail(errbuf, errbuf_len, ifail, kSameSign, fa, fb); break;
+          case 5: zeb::fail(errbuf, errbuf_len, ifail, kTooSmallEps, *eps); break;
+          case 4: zeb::fail(errbuf, errbuf_len, ifail, kPole); break;
+          case 6: zeb::fail(errbuf, errbuf_len, ifail, kNotANumber, v1); break;
+          default: zeb::fail_internal(errbuf, errbuf_len, ifail); break;
         }
       });
 }

@@ -21,24 +21,27 @@
 
 namespace {
 
-const zeb::Message kC05azMessages[] = {
-    {1, 1, NE_FUNC_END_VAL,
-     "On entry, f(x) and f(y) have the same sign with neither equalling 0.0:\n"
-     "f(x) = %s and f(y) = %s.",
-     nullptr, "NE_NOT_SIGN_CHANGE"},
-    {2, 2, NE_INT, "On entry, ind = %s.\nConstraint: ind = -1, 1, 2, 3 or 4."},
-    {3, 3, NE_REAL, "On entry, tolx = %s.\nConstraint: tolx > 0.0."},
-    {3, 4, NE_INT, "On entry, ir = %s.\nConstraint: ir = 0, 1 or 2."},
-    {4, 5, NE_PROBABLE_POLE, ZEB_C05_POLE_TEXT},
-    {5, 6, NE_XTOL_TOO_SMALL,
-     "The tolerance tolx has been set too small for the problem\n"
-     "being solved. However, the values x and y returned may well\n"
-     "be good approximations to the zero.\n"
-     "tolx = %s.",
-     nullptr, "NW_TOO_MUCH_ACC_REQUESTED"},
-    {6, 7, NE_REAL, "The function value fx at x = %s is not a number."},
-    {3, 8, NE_REAL_2, "On entry, x = %s and y = %s.\nConstraint: x and y must be finite."},
-};
+constexpr zeb::Msg<2> kSameSign{
+    1, 1, NE_FUNC_END_VAL,
+    "On entry, f(x) and f(y) have the same sign with neither equalling 0.0:\n"
+    "f(x) = %s and f(y) = %s.",
+    nullptr, "NE_NOT_SIGN_CHANGE"};
+constexpr zeb::Msg<1> kBadInd{2, 2, NE_INT, "On entry, ind = %s.\nConstraint: ind = -1, 1, 2, 3 or 4."};
+constexpr zeb::Msg<1> kBadTolx{3, 3, NE_REAL, "On entry, tolx = %s.\nConstraint: tolx > 0.0."};
+constexpr zeb::Msg<1> kBadIr{3, 4, NE_INT, "On entry, ir = %s.\nConstraint: ir = 0, 1 or 2."};
+constexpr zeb::Msg<0> kPole{4, 5, NE_PROBABLE_POLE, ZEB_C05_POLE_TEXT};
+constexpr zeb::Msg<1> kTooSmallTolx{5, 6, NE_XTOL_TOO_SMALL,
+                                    "The tolerance tolx has been set too small for the problem\n"
+                                    "being solved. However, the values x and y returned may well\n"
+                                    "be good approximations to the zero.\n"
+                                    "tolx = %s.",
+                                    nullptr, "NW_TOO_MUCH_ACC_REQUESTED"};
+constexpr zeb::Msg<1> kNotANumber{6, 7, NE_REAL, "The function value fx at x = %s is not a number."};
+constexpr zeb::Msg<2> kInfiniteEnds{3, 8, NE_REAL_2,
+                                    "On entry, x = %s and y = %s.\nConstraint: x and y must be finite."};
+constexpr const zeb::MsgRow* kC05azMessages[] = {&kSameSign, &kBadInd, &kBadTolx,
+                                                 &kBadIr, &kPole, &kTooSmallTolx,
+                                                 &kNotANumber, &kInfiniteEnds};
 
 }  // namespace
 
@@ -56,26 +59,26 @@ extern "C" void c05azfn_(double* x, double* y, const double* fxp, const double* 
   *ifail = 0;
   if (state != -1 && state != 1 && state != 2 && state != 3 && state != 4) {
     *ind = 0;
-    zeb::fail(errbuf, errbuf_len, ifail, 2, 2, state);
+    zeb::fail(errbuf, errbuf_len, ifail, kBadInd, state);
     return;
   }
   if (!(tolx > 0.0)) {
     *ind = 0;
-    zeb::fail(errbuf, errbuf_len, ifail, 3, 3, tolx);
+    zeb::fail(errbuf, errbuf_len, ifail, kBadTolx, tolx);
     return;
   }
   if (*irp < 0 || *irp > 2) {
     *ind = 0;
-    zeb::fail(errbuf, errbuf_len, ifail, 3, 4, *irp);
+    zeb::fail(errbuf, errbuf_len, ifail, kBadIr, *irp);
     return;
   }
   double v1 = 0.0, v2 = 0.0;
   switch (zeb::c05_step(x, y, fx, tolx, *irp, c1, ind, &v1, &v2)) {
-    case 1: zeb::fail(errbuf, errbuf_len, ifail, 1, 1, v1, v2); break;
-    case 4: zeb::fail(errbuf, errbuf_len, ifail, 4, 5); break;
-    case 5: zeb::fail(errbuf, errbuf_len, ifail, 5, 6, tolx); break;
-    case 6: zeb::fail(errbuf, errbuf_len, ifail, 6, 7, v1); break;
-    case 7: zeb::fail(errbuf, errbuf_len, ifail, 3, 8, v1, v2); break;
+    case 1: zeb::fail(errbuf, errbuf_len, ifail, kSameSign, v1, v2); break;
+    case 4: zeb::fail(errbuf, errbuf_len, ifail, kPole); break;
+    case 5: zeb::fail(errbuf, errbuf_len, ifail, kTooSmallTolx, tolx); break;
+    case 6: zeb::fail(errbuf, errbuf_len, ifail, kNotANumber, v1); break;
+    case 7: zeb::fail(errbuf, errbuf_len, ifail, kInfiniteEnds, v1, v2); break;
     default: break;
   }
 }

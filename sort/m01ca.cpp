@@ -17,10 +17,7 @@
 
 namespace {
 
-const zeb::Message kSortMessages[] = {
-    ZEB_M01_RANGE_MESSAGES,
-    {2, 99996, NE_BAD_PARAM, "On entry, order has an illegal value: order = '%s'"},
-};
+constexpr const zeb::MsgRow* kSortMessages[] = {ZEB_M01_RANGE_MESSAGES, &zeb::kM01BadOrder};
 
 // The pivot-placement generator: three seeds of the Wichmann-Hill form.
 struct PivotPlacer {
@@ -145,7 +142,7 @@ extern "C" void m01cafn_(double* rv, const int64_t* m1p, const int64_t* m2p, con
   if (!zeb::m01_check_range(m1, m2, errbuf, errbuf_len, ifail)) return;
   const char o = *order;
   if (o != 'A' && o != 'a' && o != 'D' && o != 'd') {
-    zeb::fail(errbuf, errbuf_len, ifail, 2, 99996, o);
+    zeb::fail(errbuf, errbuf_len, ifail, zeb::kM01BadOrder, o);
     return;
   }
   if (m1 == m2) return;

@@ -12,20 +12,16 @@
 
 namespace {
 
-const zeb::Message kRankMessages[] = {
-    ZEB_M01_RANGE_MESSAGES,
-    {2, 99996, NE_BAD_PARAM, "On entry, order has an illegal value: order = '%s'"},
-};
+constexpr const zeb::MsgRow* kRankMessages[] = {ZEB_M01_RANGE_MESSAGES, &zeb::kM01BadOrder};
 
-const zeb::Message kRearrangeMessages[] = {
-    ZEB_M01_RANGE_MESSAGES,
-    {2, 99995, NE_INT_ARRAY_CONS,
-     "The ranks are not a permutation of the integers m1 to m2:\n"
-     "irank(%s) = %s lies outside the range m1 to m2."},
-    {2, 99994, NE_INT_ARRAY_CONS,
-     "The ranks are not a permutation of the integers m1 to m2:\n"
-     "the rank %s occurs more than once."},
-};
+constexpr zeb::Msg<2> kRankOutside{2, 99995, NE_INT_ARRAY_CONS,
+                                   "The ranks are not a permutation of the integers m1 to m2:\n"
+                                   "irank(%s) = %s lies outside the range m1 to m2."};
+constexpr zeb::Msg<1> kRankRepeated{2, 99994, NE_INT_ARRAY_CONS,
+                                    "The ranks are not a permutation of the integers m1 to m2:\n"
+                                    "the rank %s occurs more than once."};
+constexpr const zeb::MsgRow* kRearrangeMessages[] = {ZEB_M01_RANGE_MESSAGES, &kRankOutside,
+                                                     &kRankRepeated};
 
 constexpr int64_t kEnd = -1;
 
@@ -128,7 +124,7 @@ extern "C" void m01dafn_(const double* rv, const int64_t* m1p, const int64_t* m2
   const char o = *order;
   const bool ascending = o == 'A' || o == 'a';
   if (!ascending && o != 'D' && o != 'd') {
-    zeb::fail(errbuf, errbuf_len, ifail, 2, 99996, o);
+    zeb::fail(errbuf, errbuf_len, ifail, zeb::kM01BadOrder, o);
     return;
   }
   const double* a = rv + (m1 - 1);
@@ -172,7 +168,7 @@ extern "C" void m01eafn_(double* rv, const int64_t* m1p, const int64_t* m2p, int
   int64_t* r = irank + (m1 - 1);  // r[i]: the new place (m1..m2) of a[i]
   for (int64_t i = 0; i < n; ++i) {
     if (r[i] < m1 || r[i] > m2) {
-      zeb::fail(errbuf, errbuf_len, ifail, 2, 99995, i + m1, r[i]);
+      zeb::fail(errbuf, errbuf_len, ifail, kRankOutside, i + m1, r[i]);
       return;
     }
   }
@@ -183,7 +179,7 @@ extern "C" void m01eafn_(double* rv, const int64_t* m1p, const int64_t* m2p, int
     if (r[t] < 0) {
       const int64_t repeated = std::llabs(r[i]);
       for (int64_t k = 0; k < n; ++k) r[k] = std::llabs(r[k]);
-      zeb::fail(errbuf, errbuf_len, ifail, 2, 99994, repeated);
+      zeb::fail(errbuf, errbuf_len, ifail, kRankRepeated, repeated);
       return;
     }
     r[t] = -r[t];

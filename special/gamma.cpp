@@ -31,28 +31,31 @@ constexpr double kGammaTiny = 2.23e-308;
 constexpr double kGammaLarge = 4.3e+304;
 constexpr double kGammaTinyResult = 4.4843049327354256e+307;  // 1 / kGammaTiny
 
-const zeb::Message kGammaMessages[] = {
-    {1, 99998, NE_REAL_ARG_GT,
-     "On entry, x = %s.\nConstraint: x <= %s.\n"
-     "The argument is too large, the function returns the approximate value of\n"
-     "Gamma(x) at the nearest valid argument."},
-    {2, 99999, NE_REAL_ARG_LT,
-     "On entry, x = %s.\nThe function returns zero.\nConstraint: x >= %s.\n"
-     "The argument is too large and negative, the function returns zero."},
-    {3, 99997, NE_REAL_ARG_TOO_SMALL,
-     "On entry, x = %s.\nConstraint: abs(x) >= %s.\n"
-     "The argument is too close to zero, the function returns the approximate\n"
-     "value of Gamma(x) at the nearest valid argument."},
-    {4, 99996, NE_REAL_ARG_NEG_INT,
-     "On entry, x = %s.\nConstraint: x must not be a negative integer.\n"
-     "The argument is a negative integer, at which values Gamma(x) is infinite.\n"
-     "The function returns a large positive value."},
-};
+constexpr zeb::Msg<2> kTooLarge{
+    1, 99998, NE_REAL_ARG_GT,
+    "On entry, x = %s.\nConstraint: x <= %s.\n"
+    "The argument is too large, the function returns the approximate value of\n"
+    "Gamma(x) at the nearest valid argument."};
+constexpr zeb::Msg<2> kTooNegative{
+    2, 99999, NE_REAL_ARG_LT,
+    "On entry, x = %s.\nThe function returns zero.\nConstraint: x >= %s.\n"
+    "The argument is too large and negative, the function returns zero."};
+constexpr zeb::Msg<2> kTooSmall{
+    3, 99997, NE_REAL_ARG_TOO_SMALL,
+    "On entry, x = %s.\nConstraint: abs(x) >= %s.\n"
+    "The argument is too close to zero, the function returns the approximate\n"
+    "value of Gamma(x) at the nearest valid argument."};
+constexpr zeb::Msg<1> kNegativeInteger{
+    4, 99996, NE_REAL_ARG_NEG_INT,
+    "On entry, x = %s.\nConstraint: x must not be a negative integer.\n"
+    "The argument is a negative integer, at which values Gamma(x) is infinite.\n"
+    "The function returns a large positive value."};
+constexpr const zeb::MsgRow* kGammaMessages[] = {&kTooLarge, &kTooNegative, &kTooSmall,
+                                                 &kNegativeInteger};
 
-const zeb::Message kLogGammaMessages[] = {
-    {1, 1011, NE_REAL_ARG_LE, "On entry, x = %s.\nConstraint: x > 0.0."},
-    {2, 1021, NE_REAL_ARG_GT, "On entry, x = %s.\nConstraint: x <= x_big."},
-};
+constexpr zeb::Msg<1> kLogNotPositive{1, 1011, NE_REAL_ARG_LE, "On entry, x = %s.\nConstraint: x > 0.0."};
+constexpr zeb::Msg<1> kLogTooLarge{2, 1021, NE_REAL_ARG_GT, "On entry, x = %s.\nConstraint: x <= x_big."};
+constexpr const zeb::MsgRow* kLogGammaMessages[] = {&kLogNotPositive, &kLogTooLarge};
 
 }  // namespace
 
@@ -72,16 +75,16 @@ extern "C" void s14aafn_(const double* xp, double* gx, char* errbuf, int64_t* if
   const double ax = std::fabs(x);
   if (ax > kGammaArgMax) {
     if (x < 0.0) {
-      zeb::fail(errbuf, errbuf_len, ifail, 2, 99999, x, -kGammaArgMax);
+      zeb::fail(errbuf, errbuf_len, ifail, kTooNegative, x, -kGammaArgMax);
     } else {
-      zeb::fail(errbuf, errbuf_len, ifail, 1, 99998, x, kGammaArgMax);
+      zeb::fail(errbuf, errbuf_len, ifail, kTooLarge, x, kGammaArgMax);
       *gx = kGammaLarge;
     }
     return;
   }
   if (ax <= kGammaSmall) {
     if (ax < kGammaTiny) {
-      zeb::fail(errbuf, errbuf_len, ifail, 3, 99997, x, kGammaTiny);
+      zeb::fail(errbuf, errbuf_len, ifail, kTooSmall, x, kGammaTiny);
       *gx = x < 0.0 ? -kGammaTinyResult : kGammaTinyResult;
     } else {
       *gx = 1.0 / x;
@@ -90,7 +93,7 @@ extern "C" void s14aafn_(const double* xp, double* gx, char* errbuf, int64_t* if
   }
   const double n = std::trunc(x);
   if (x < 0.0 && x - (n - 1.0) == 1.0) {
-    zeb::fail(errbuf, errbuf_len, ifail, 4, 99996, x);
+    zeb::fail(errbuf, errbuf_len, ifail, kNegativeInteger, x);
     *gx = kGammaLarge;
     return;
   }
@@ -181,7 +184,7 @@ extern "C" void s14abfn_(const double* xp, double* res, char* errbuf, int64_t* i
   const double y = *xp;
   *ifail = 0;
   if (y > kXbig) {
-    zeb::fail(errbuf, errbuf_len, ifail, 2, 1021, y);
+    zeb::fail(errbuf, errbuf_len, ifail, kLogTooLarge, y);
     *res = zeb::machine::kHuge;
     return;
   }
@@ -189,7 +192,7 @@ extern "C" void s14abfn_(const double* xp, double* res, char* errbuf, int64_t* i
     if (y > 0.0) {
       *res = -std::log(y);
     } else {
-      zeb::fail(errbuf, errbuf_len, ifail, 1, 1011, y);
+      zeb::fail(errbuf, errbuf_len, ifail, kLogNotPositive, y);
       *res = y == 0.0 ? zeb::machine::kHuge : 0.0;
     }
     return;

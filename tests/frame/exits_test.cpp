@@ -20,12 +20,22 @@ double gamma_f(double x, int64_t* ifail) { return s14aaf_(&x, ifail); }
 // A routine of the test's own, whose engine misbehaves on request: it shows
 // how the generated layers and the entries handle what no real engine
 // should do.
-enum Mode : int64_t { kOk, kBadAlloc, kThrow, kGarbage, kWrongId, kWrongCount, kWarn };
+enum Mode : int64_t { kOk, kBadAlloc, kThrow, kGarbage, kWrongId, kWrongCount, kWarn, kLong };
 
-const zeb::Message kTestMessages[] = {
-    {1, 101, NE_INT, "On entry, n = %s.\nConstraint: n >= 0."},
-    {2, 102, NW_SOME_PRECISION_LOSS, "Some precision was lost."},
-};
+constexpr zeb::Msg<1> kNegative{1, 101, NE_INT, "On entry, n = %s.\nConstraint: n >= 0."};
+constexpr zeb::Msg<0> kLoss{2, 102, NW_SOME_PRECISION_LOSS, "Some precision was lost."};
+constexpr zeb::Msg<1> kElsewhere{1, 999, NE_INT, "A row of another routine: %s."};
+// What the optimisation suite's messages need: many values, values of any
+// length, and what the two entries write differently.
+constexpr zeb::Msg<6> kLongRow{
+    3, 103, NE_INVALID_CS,
+    "On entry, i = %s, %(irowb,i) = %s and\nnclin = %s.\n"
+    "The option %s = %s was not understood.\n"
+    "Initialize a new handle using %{e04raf|zeb_opt_handle_init (e04rac)} (%7.1e)."};
+constexpr const zeb::MsgRow* kTestMessages[] = {&kNegative, &kLoss, &kLongRow};
+
+const std::string kName30 = "HESSIAN DENSITY OF CONSTRAINTS";
+const std::string kValue90 = std::string(60, 'v') + " and thirty more characters...";
 
 }  // namespace
 
@@ -44,9 +54,15 @@ extern "C" void zzt01fn_(const int64_t* mode, double* y, char* errbuf, int64_t* 
       *ifail = 1;
       std::memset(errbuf, 'x', size_t(len));
       break;
-    case kWrongId: zeb::fail(errbuf, len, ifail, 1, 999, int64_t{-3}); break;
-    case kWrongCount: zeb::fail(errbuf, len, ifail, 1, 101, int64_t{-3}, 7.0); break;
-    case kWarn: zeb::fail(errbuf, len, ifail, 2, 102); break;
+    case kWrongId: zeb::fail(errbuf, len, ifail, kElsewhere, int64_t{-3}); break;
+    case kWrongCount: {  // a buffer whose value count is not its row's
+      const zeb::Text v[2] = {zeb::text(-3), zeb::text(7.0)};
+      *ifail = 1;
+      zeb::code_errbuf(errbuf, len, 1, 101, v, 2);
+      break;
+    }
+    case kWarn: zeb::fail(errbuf, len, ifail, kLoss); break;
+    case kLong: zeb::fail(errbuf, len, ifail, kLongRow, 4, 0, 3, kName30.c_str(), kValue90, 0.25); break;
     default: break;
   }
 }
@@ -150,7 +166,7 @@ TEST(CExit, PrintAndHandler) {
   EXPECT_EQ(r.status, 0);
   EXPECT_EQ(r.err, "") << "print = 0: nothing printed";
   EXPECT_EQ(r.out,
-            "start\nhandler: s14abc 6\n"
+            "start\nhandler: s14abc 0\nNE_NOERROR:\n  No error.\nhandler: s14abc 6\n"
             "NE_REAL_ARG_LE:\n  On entry, x = 0.0.\n  Constraint: x > 0.0.\n"
             "code 6 errnum 1\nend\n");
 }
@@ -252,7 +268,8 @@ TEST(ErrorTable, EveryTemplateHasItsNameAndIndentedText) {
 TEST(CodedBuffer, RoundTripOfValuesAndRealFormatting) {
   char eb[zeb::kErrbufLen];
   int64_t ifail = 0;
-  zeb::fail(eb, zeb::kErrbufLen, &ifail, 3, 77, 170.0, int64_t{-12}, "lda", 'D', 1e-310);
+  static constexpr zeb::Msg<5> kFive{3, 77, NE_INT, "%s %s %s %s %s"};
+  zeb::fail(eb, zeb::kErrbufLen, &ifail, kFive, 170.0, int64_t{-12}, "lda", 'D', 1e-310);
   EXPECT_EQ(ifail, 3);
   EXPECT_EQ(eb[zeb::kErrbufLen - 1], ' ');
   const zeb::Coded c = zeb::decode(eb, zeb::kErrbufLen);
@@ -261,18 +278,53 @@ TEST(CodedBuffer, RoundTripOfValuesAndRealFormatting) {
   EXPECT_EQ(c.msgid, 77);
   ASSERT_EQ(c.nvals, 5);
   const char* want[] = {"170.0", "-12", "lda", "D", "1.0e-310"};
-  for (int k = 0; k < 5; ++k) EXPECT_STREQ(c.vals[k].s, want[k]);
-  EXPECT_STREQ(zeb::text(0.1).s, "0.1");
-  EXPECT_STREQ(zeb::text(-2.5e-7).s, "-2.5e-07");
-  EXPECT_STREQ(zeb::text(1e300).s, "1.0e+300");
-  EXPECT_STREQ(zeb::text(1.0 / 3.0).s, "0.3333333333333333");
-  EXPECT_EQ(std::strtod(zeb::text(0.1 + 0.2).s, nullptr), 0.1 + 0.2);
+  for (int k = 0; k < 5; ++k) EXPECT_EQ(c.vals[k], want[k]);
+  EXPECT_STREQ(zeb::text(0.1).buf, "0.1");
+  EXPECT_STREQ(zeb::text(-2.5e-7).buf, "-2.5e-07");
+  EXPECT_STREQ(zeb::text(1e300).buf, "1.0e+300");
+  EXPECT_STREQ(zeb::text(1.0 / 3.0).buf, "0.3333333333333333");
+  EXPECT_EQ(std::strtod(zeb::text(0.1 + 0.2).buf, nullptr), 0.1 + 0.2);
   int64_t msgid = 0, nrec = 0;
   char lines[6 * 80];
   p01abtn_(eb, &msgid, lines, &nrec, zeb::kErrbufLen, 80);
   EXPECT_EQ(msgid, 77);
   EXPECT_EQ(nrec, 5);
   EXPECT_EQ(std::string(lines + 2 * 80, 4), "lda ");
+}
+
+TEST(CodedBuffer, ManyAndLongValuesInBothRenderings) {
+  int64_t mode = kLong, ifail = -1;
+  const std::string out = zebtest::capture_stdout([&] { zzt01f_(&mode, &ifail); });
+  EXPECT_EQ(ifail, 3);
+  EXPECT_EQ(out,
+            " ** On entry, i = 4, irowb(i) = 0 and\n"
+            " ** nclin = 3\n"
+            " ** The option HESSIAN DENSITY OF CONSTRAINTS =\n"
+            " ** " + std::string(60, 'v') + " and thirty more\n"
+            " ** characters... was not understood.\n"
+            " ** Initialize a new handle using e04raf (2.5e-01).\n"
+            " ** ABNORMAL EXIT from ZEB Library routine zzt01f: IFAIL =     3\n"
+            " ** ZEB soft failure - control returned\n");
+  ZebError fail;
+  ZEB_INIT_FAIL(fail);
+  zzt01c(&fail, kLong);
+  EXPECT_EQ(fail.code, NE_INVALID_CS);
+  EXPECT_EQ(fail.errnum, 3);
+  EXPECT_EQ(std::string(fail.message),
+            "NE_INVALID_CS:\n  On entry, i = 4, irowb[i-1] = 0 and\n  nclin = 3.\n"
+            "  The option HESSIAN DENSITY OF CONSTRAINTS = " + kValue90 + " was not understood.\n"
+            "  Initialize a new handle using zeb_opt_handle_init (e04rac) (2.5e-01).");
+}
+
+TEST(CodedBuffer, ReferencesToLongValuesBelongToTheirBuffer) {
+  char a[zeb::kErrbufLen], b[zeb::kErrbufLen];
+  int64_t ifail = 0;
+  zeb::fail(a, zeb::kErrbufLen, &ifail, kLongRow, 1, 2, 3, kName30.c_str(), kValue90, 0.5);
+  std::memcpy(b, a, sizeof a);
+  EXPECT_TRUE(zeb::decode(a, zeb::kErrbufLen).ok);
+  EXPECT_FALSE(zeb::decode(b, zeb::kErrbufLen).ok) << "a copy does not own the stored values";
+  zeb::fail(b, zeb::kErrbufLen, &ifail, kNegative, 5);
+  EXPECT_FALSE(zeb::decode(a, zeb::kErrbufLen).ok) << "a later failure rewrites the store";
 }
 
 }  // namespace

@@ -24,6 +24,7 @@ int main(int argc, char **argv) {
     printf("code %d\n", fail.code);
   } else if (!strcmp(mode, "handler")) {
     fail.handler = handler;
+    s14abc(&fail, 2.0); /* success reaches the handler too */
     s14abc(&fail, 0.0);
     printf("code %d errnum %ld\n", fail.code, (long)fail.errnum);
   }
