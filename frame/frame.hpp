@@ -296,6 +296,13 @@ inline void c_entry(ZebError* fail, const char* name, Messages msgs, Call&& call
   finish_c(fail, name, msgs, ierr, errbuf);
 }
 
+// a * b for sizes: INT64_MAX where the product exceeds every integer (no
+// such array can be allocated, and is reported so).
+inline int64_t mul_sat(int64_t a, int64_t b) {
+  int64_t r;
+  return __builtin_mul_overflow(a, b, &r) ? INT64_MAX : r;
+}
+
 // ---- C entries that take a storage order ---------------------------------
 //
 // A matrix argument of such an entry.  The mathematical matrix is rows by

@@ -123,8 +123,8 @@ namespace {
 thread_local bool g_quiet = false;
 }  // namespace
 
-QuietLoad::QuietLoad() : saved_(g_quiet) { g_quiet = true; }
-QuietLoad::~QuietLoad() { g_quiet = saved_; }
+Quiet::Quiet() : saved_(g_quiet) { g_quiet = true; }
+Quiet::~Quiet() { g_quiet = saved_; }
 
 bool ready(ZebEnData* en) {
   if (load()) return true;
@@ -145,6 +145,7 @@ bool ready(ZebEnData* en) {
 // The argument-error report of the BLAS and LAPACK-style routines.
 ZEB_API void f06aazn_(ZebEnData* en, const char* srname, const int64_t* info,
                       int64_t srname_len) {
+  if (zeb::blas::g_quiet) return;  // a C entry reports it in its fail structure
   int64_t n = srname_len;
   while (n > 0 && srname[n - 1] == ' ') --n;
   char line[128];

@@ -65,17 +65,18 @@ extern Table g;  // filled once by the load
 // is then in failure_text().
 bool load();
 // Loads the BLAS; when it cannot be used, writes the reason on the error
-// unit (" ** " lines, unless a QuietLoad is alive on this thread) and
+// unit (" ** " lines, unless a Quiet is alive on this thread) and
 // returns false.
 bool ready(ZebEnData* en);
-// While one lives, ready() leaves the reason to the caller (the C entries
-// report it in their fail structure).
-class QuietLoad {
+// While one lives on a thread, the engines write nothing on the error unit:
+// neither why the BLAS cannot be used nor an argument error.  The C
+// entries report both in their fail structure.
+class Quiet {
  public:
-  QuietLoad();
-  ~QuietLoad();
-  QuietLoad(const QuietLoad&) = delete;
-  QuietLoad& operator=(const QuietLoad&) = delete;
+  Quiet();
+  ~Quiet();
+  Quiet(const Quiet&) = delete;
+  Quiet& operator=(const Quiet&) = delete;
 
  private:
   bool saved_;

@@ -49,6 +49,10 @@ inline char side_char(Zeb_SideType s) {
 // cannot be allocated.
 template <class F>
 void with_work(int64_t size, int64_t* info, F&& f) {
+  if (size > int64_t(PTRDIFF_MAX / sizeof(double))) {
+    *info = kAllocFail;
+    return;
+  }
   std::unique_ptr<double[]> w(new (std::nothrow) double[size_t(std::max<int64_t>(1, size))]);
   if (!w) {
     *info = kAllocFail;
@@ -64,8 +68,9 @@ void with_queried_work(int64_t* info, Call&& call) {
   double size = 0.0;
   call(&size, int64_t{-1});
   if (*info != 0) return;
-  with_work(std::max<int64_t>(1, int64_t(size)), info,
-            [&](double* w) { call(w, std::max<int64_t>(1, int64_t(size))); });
+  // The size comes as a real: one beyond every integer cannot be allocated.
+  const int64_t n = size < 0x1p63 ? std::max<int64_t>(1, int64_t(size)) : INT64_MAX;
+  with_work(n, info, [&](double* w) { call(w, n); });
 }
 
 // check(lds) gives the engine's info for leading dimensions lds;
@@ -109,7 +114,7 @@ void c_entry(ZebError* fail, const char* routine, Zeb_OrderType order,
   {
     // An engine that needs the BLAS and cannot load it gives kNoBlas; one
     // with nothing to do, or no use for it, runs without it.
-    blas::QuietLoad quiet;
+    blas::Quiet quiet;
     run(a, ld, &en, &info);
   }
   if (info == blas::kNoBlas) return report_no_blas(fail, routine);

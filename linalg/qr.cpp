@@ -66,7 +66,7 @@ I gemqrt_check(char side, char trans, I m, I n, I k, I nb, I ldv, I ldt, I ldc) 
 I usable_block(const char* name, I m, I n, I k, I ldwork, I lwork) {
   I nb = f07zazn_(name, &m, &n, 7);
   if (nb <= 1 || nb >= k || kCrossover >= k) return 0;
-  if (lwork < ldwork * nb) nb = lwork / ldwork;
+  if (nb > lwork / ldwork) nb = lwork / ldwork;
   return nb >= 2 ? nb : 0;
 }
 
@@ -85,7 +85,7 @@ extern "C" void f08aefn_(ZebEnData* en, const I* mp, const I* np, double* a, con
   const I m = *mp, n = *np, lda = *ldap, lwork = *lworkp, k = std::min(m, n);
   *info = geqrf_check(m, n, lda, lwork);
   if (*info != 0) return lp::xerbla(en, "F08AEF/DGEQRF", *info);
-  work[0] = k == 0 ? 1.0 : double(n * f07zazn_("F08AEFN", mp, np, 7));
+  work[0] = k == 0 ? 1.0 : double(n) * double(f07zazn_("F08AEFN", mp, np, 7));
   if (lwork == -1 || k == 0) return;
   if (!zeb::blas::ready(en)) {
     *info = zeb::blas::kNoBlas;
@@ -137,7 +137,7 @@ extern "C" void f08affn_(ZebEnData* en, const I* mp, const I* np, const I* kp, d
   const I m = *mp, n = *np, k = *kp, lda = *ldap, lwork = *lworkp;
   *info = orgqr_check(m, n, k, lda, lwork);
   if (*info != 0) return lp::xerbla(en, "F08AFF/DORGQR", *info);
-  work[0] = n == 0 ? 1.0 : double(n * f07zazn_("F08AFFN", mp, np, 7));
+  work[0] = n == 0 ? 1.0 : double(n) * double(f07zazn_("F08AFFN", mp, np, 7));
   if (lwork == -1 || n == 0) return;
   if (!zeb::blas::ready(en)) {
     *info = zeb::blas::kNoBlas;
@@ -229,7 +229,7 @@ ZEB_API void f08abc(Zeb_OrderType order, I m, I n, I nb, double a[], I pda, doub
       fail, "f08abc", order, {{"a", a}, {"t", t}}, scalars, mats,
       [&](const I* ld) { return geqrt_check(m, n, nb, ld[0], ld[1]); },
       [&](double* const* p, const I* ld, ZebEnData* en, I* info) {
-        lp::with_work(nb * n, info, [&](double* w) {
+        lp::with_work(zeb::mul_sat(nb, n), info, [&](double* w) {
           f08abft_(en, &m, &n, &nb, p[0], &ld[0], p[1], &ld[1], w, info);
         });
       },
@@ -297,7 +297,7 @@ ZEB_API void f08acc(Zeb_OrderType order, Zeb_SideType side, Zeb_TransType trans,
       fail, "f08acc", order, {{"v", v}, {"t", t}, {"c", c}}, scalars, mats,
       [&](const I* ld) { return gemqrt_check(s, tr, m, n, k, nb, ld[0], ld[1], ld[2]); },
       [&](double* const* p, const I* ld, ZebEnData* en, I* info) {
-        lp::with_work(nb * (left ? n : m), info, [&](double* w) {
+        lp::with_work(zeb::mul_sat(nb, left ? n : m), info, [&](double* w) {
           f08acft_(en, &s, &tr, &m, &n, &k, &nb, p[0], &ld[0], p[1], &ld[1], p[2], &ld[2], w,
                    info);
         });

@@ -14,7 +14,7 @@ extern "C" {
 #endif
 
 /* The base generators (genid 1 to 6 of the Fortran entries). */
-typedef enum {
+typedef ZEB_ENUM {
   Zeb_Basic = 151,          /* multiplicative congruential, 13^13 mod 2^59 */
   Zeb_WichmannHill_I,       /* one of 273 sets, chosen by subid */
   Zeb_MersenneTwister,      /* MT19937 */

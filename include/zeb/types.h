@@ -12,23 +12,33 @@ extern "C" {
 /* Every integer argument, dimension, increment and failure number is 64 bits. */
 typedef int64_t Integer;
 
+/* The enumerations of the C interface.  C++ sees them with the fixed
+   underlying type int, their size in C, so that any int a C caller passes
+   is a value the library can check and refuse (an enumeration without a
+   fixed type cannot hold values beyond its members' range in C++). */
+#ifdef __cplusplus
+#define ZEB_ENUM enum : int
+#else
+#define ZEB_ENUM enum
+#endif
+
 /* Storage order of matrices passed to C entries. */
-typedef enum { Zeb_RowMajor = 101, Zeb_ColMajor = 102 } Zeb_OrderType;
+typedef ZEB_ENUM { Zeb_RowMajor = 101, Zeb_ColMajor = 102 } Zeb_OrderType;
 
 /* Every enumerated value of the library is distinct, so that a value of one
    type passed for another is refused. */
 
 /* Sort order of the sorting routines. */
-typedef enum { Zeb_Ascending = 111, Zeb_Descending = 112 } Zeb_SortOrder;
+typedef ZEB_ENUM { Zeb_Ascending = 111, Zeb_Descending = 112 } Zeb_SortOrder;
 
 /* Transposition and side options of the linear-algebra routines. */
-typedef enum { Zeb_NoTrans = 171, Zeb_Trans = 172, Zeb_ConjTrans = 173 } Zeb_TransType;
-typedef enum { Zeb_LeftSide = 181, Zeb_RightSide = 182 } Zeb_SideType;
+typedef ZEB_ENUM { Zeb_NoTrans = 171, Zeb_Trans = 172, Zeb_ConjTrans = 173 } Zeb_TransType;
+typedef ZEB_ENUM { Zeb_LeftSide = 181, Zeb_RightSide = 182 } Zeb_SideType;
 
 /* Matrix shape and diagonal of the matrix printers. */
-typedef enum { Zeb_GeneralMatrix = 121, Zeb_LowerMatrix = 122, Zeb_UpperMatrix = 123 } Zeb_MatrixType;
-typedef enum { Zeb_NonUnitDiag = 131, Zeb_UnitDiag = 132, Zeb_BlankDiag = 133 } Zeb_DiagType;
-typedef enum { Zeb_NoLabels = 141, Zeb_IntegerLabels = 142, Zeb_CharacterLabels = 143 } Zeb_LabelType;
+typedef ZEB_ENUM { Zeb_GeneralMatrix = 121, Zeb_LowerMatrix = 122, Zeb_UpperMatrix = 123 } Zeb_MatrixType;
+typedef ZEB_ENUM { Zeb_NonUnitDiag = 131, Zeb_UnitDiag = 132, Zeb_BlankDiag = 133 } Zeb_DiagType;
+typedef ZEB_ENUM { Zeb_NoLabels = 141, Zeb_IntegerLabels = 142, Zeb_CharacterLabels = 143 } Zeb_LabelType;
 
 /* Error codes: the index of a failure's template in zeb_errlist. */
 #define ZEB_ERRCODE(num, name, text) name = num,
@@ -83,7 +93,7 @@ typedef struct {
 
 /* Error-control kinds of the zero finders: tolerance tolx*max(|x|, 1),
    tolx alone, or tolx*|x|. */
-typedef enum { Zeb_Mixed = 191, Zeb_Absolute = 192, Zeb_Relative = 193 } Zeb_ErrorControl;
+typedef ZEB_ENUM { Zeb_Mixed = 191, Zeb_Absolute = 192, Zeb_Relative = 193 } Zeb_ErrorControl;
 
 /* The communication structure passed to every user function of a C entry.
    The library never reads iuser, ruser or user: they carry the caller's data

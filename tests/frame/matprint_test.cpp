@@ -145,6 +145,7 @@ TEST(MatrixPrinter, ArgumentChecksInOrder) {
       {[](Cb& p) { p.form = "%8.3f and more"; }, 8, " ** On entry, form = %8.3f and more"},
       {[](Cb& p) { p.indent = -1; }, 9, " ** On entry, indent = -1"},
       {[](Cb& p) { p.ncols = 10; }, 10, " ** On entry, ncols = 10"},
+      {[](Cb& p) { p.ncols = 80, p.indent = INT64_MAX - 3; }, 10, " ** On entry, ncols = 80"},
   };
   for (const auto& c : cases) {
     Cb p;

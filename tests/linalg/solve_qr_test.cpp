@@ -300,9 +300,17 @@ TEST(LinalgC, Messages) {
                 c.data(), 6, &f);
        },
        "NE_INT_2:\n  On entry, k = 30, pdt = 20.\n  Constraint: pdt >= MAX(1, k)."},
+      // Workspace beyond every size: refused as such, never an overflowed size.
+      {[&] { f08aec(col, 1, INT64_MAX / 2, a.data(), 1, t.data(), &f); },
+       "NE_ALLOC_FAIL:\n  Memory allocation failed."},
+      {[&] { f08afc(col, INT64_MAX / 2, INT64_MAX / 2, 0, a.data(), INT64_MAX / 2, t.data(), &f); },
+       "NE_ALLOC_FAIL:\n  Memory allocation failed."},
+      {[&] { f08abc(col, 2, INT64_MAX / 4, 2, a.data(), 2, t.data(), 2, &f); },
+       "NE_ALLOC_FAIL:\n  Memory allocation failed."},
   };
   for (const Case& k : cases) {
-    k.call();
+    // A C entry reports through fail alone: nothing on the error unit.
+    EXPECT_EQ(zebtest::capture_stdout(k.call), "") << k.text;
     EXPECT_STREQ(f.message, k.text);
   }
   for (const auto* v : {&a, &t, &c}) EXPECT_EQ(*v, std::vector<double>(4900, 7.0));
