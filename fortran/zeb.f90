@@ -12,5 +12,6 @@ module zeb
     include 'quad.fi'
     include 'roots.fi'
     include 'linalg.fi'
+    include 'optim.fi'
   end interface
 end module zeb

@@ -28,6 +28,7 @@ inline Arg arr(const char* n, const double* p) { return {n, Kind::RealArr, p, 0}
 inline Arg arr(const char* n, const int64_t* p) { return {n, Kind::IntArr, p, 0}; }
 inline Arg arr(const char* n, const char* p) { return {n, Kind::Addr, p, 0}; }
 inline Arg arr(const char* n, const void* p) { return {n, Kind::Addr, p, 0}; }
+inline Arg arg(const char* n, void* const* p) { return {n, Kind::Addr, p ? *p : nullptr, 0}; }
 template <class F>
 inline Arg fun(const char* n, F f) { return {n, Kind::Addr, reinterpret_cast<const void*>(f), 0}; }
 inline Arg str(const char* n, const char* p, int64_t len) { return {n, Kind::Str, p, len}; }

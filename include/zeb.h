@@ -14,5 +14,6 @@
 #include "zeb/quad.h"
 #include "zeb/roots.h"
 #include "zeb/linalg.h"
+#include "zeb/optim.h"
 
 #endif
