@@ -59,7 +59,7 @@ inline Text text(long long v) { return text(int64_t{v}); }
 //   %7.1e, %ld ... the next value, read as a number and formatted with that
 //                  printf conversion (e, f, g; d with l or ld);
 //   %(name,i)      an array element: name(i) in the Fortran lines,
-//                  name[i-1] in the C message;
+//                  name[i-1] in the C message (%(name,i+1): name[i]);
 //   %{ftext|ctext} what the two entries write differently (a routine's
 //                  name: %{e04raf|zeb_opt_handle_init (e04rac)});
 //   %%             a percent sign.

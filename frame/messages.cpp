@@ -233,6 +233,8 @@ void expand(std::string_view line, bool c_side, const std::string_view* vals, in
       const std::string_view b = line.substr(mid + 1, close - mid - 1);
       if (c == '{')
         out.append(c_side ? b : a);
+      else if (c_side && b.size() > 2 && b.substr(b.size() - 2) == "+1")
+        out.append(a).append("[").append(b.substr(0, b.size() - 2)).append("]");
       else if (c_side)
         out.append(a).append("[").append(b).append("-1]");
       else

@@ -33,6 +33,8 @@ Problem* open(const void* handle, char* errbuf, int64_t len, int64_t* ifail) {
   return p;
 }
 
+double bigbnd(const Problem&) { return 1e20; }
+
 Problem* open_editable(const void* handle, char* errbuf, int64_t len, int64_t* ifail) {
   Problem* p = open(handle, errbuf, len, ifail);
   if (p && p->phase != kEditable) {

@@ -5,10 +5,18 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
+#include <vector>
 
 #include "frame/frame.hpp"
 #include "optim/options.hpp"
+
+namespace zeb {
+// A handle as the argument rows name it: the layers under the Fortran entry
+// take `const Handle*` (the Fortran entry's type(c_ptr) by reference).
+using Handle = void*;
+}  // namespace zeb
 
 namespace zeb::opt {
 
@@ -21,14 +29,88 @@ enum Phase : int64_t {
   kFinishedError = 10  // the solver returned with an error: as kFinished
 };
 
+// A sparse matrix in coordinate form, 1-based, as the user gave it.
+struct Coords {
+  std::vector<int64_t> irow, icol;
+  std::vector<double> val;  // empty for a sparsity pattern
+  int64_t nnz() const { return int64_t(irow.size()); }
+};
+
+// The objective kinds.
+enum ObjectiveKind : int64_t {
+  kNoObjective = 0,
+  kLinear = 1,         // c'x: dense (e04re) or sparse (e04rf without H)
+  kQuadratic = 2,      // c'x + x'Hx/2 (e04rf)
+  kNonlinear = 4,      // f(x) with the gradient pattern of e04rg
+  kLeastSquaresDense = 5,  // sum r_i(x)^2 / 2, every residual on every variable
+  kLeastSquaresSparse = 6  // the same with the first-derivative pattern of e04rm
+};
+
+struct Objective {
+  int64_t kind = kNoObjective;
+  std::vector<int64_t> idx;  // linear part: indices (sparse) ...
+  std::vector<double> c;     // ... and values; dense when idx is empty (e04re)
+  Coords h;                  // quadratic term, upper triangle
+  std::vector<int64_t> idxfd;  // nonlinear: gradient pattern
+  int64_t nres = 0;            // least squares: residual count and pattern
+  Coords rd;                   // (variables by residuals)
+};
+
+// Lower and upper bounds of a set of rows or variables.
+struct Bounds {
+  std::vector<double> bl, bu;
+  int64_t size() const { return int64_t(bl.size()); }
+};
+
+// A block of constraints: bounds and the matrix (linear) or the Jacobian
+// pattern (nonlinear).
+struct ConstraintBlock {
+  bool defined = false;
+  Bounds bounds;
+  Coords a;
+};
+
+// One linear matrix inequality: A_0 + sum x_i A_i + sum x_i x_j Q_ij >= 0,
+// every matrix block diagonal with the blocks blksize.
+struct MatrixBlock {
+  int64_t dima = 0;
+  std::vector<int64_t> blksize;
+  std::vector<int64_t> nnza;  // elements of A_0 ... A_nvar, in this order in a
+  Coords a;
+  struct Bilinear {
+    int64_t qi, qj;
+    Coords q;
+  };
+  std::vector<Bilinear> bilinear;
+};
+
+struct Cone {
+  char type;  // 'Q' quadratic, 'R' rotated quadratic
+  std::vector<int64_t> group;
+};
+
+// The Hessian patterns of e04rl by idf: -1 the Lagrangian, 0 the
+// objective, i the i-th nonlinear constraint.
+constexpr int64_t kLagrangian = -1;
+
 struct Problem {
   explicit Problem(int64_t n) : nvar(n) {}
   int64_t nvar;
   int64_t phase = kEditable;
+  Objective objective;
+  Bounds bounds;                       // empty: no simple bounds
+  bool bounds_defined = false;
+  ConstraintBlock linear, nonlinear;
+  std::map<int64_t, Coords> hessians;  // by idf
+  std::vector<MatrixBlock> matrices;   // idblk = position + 1
+  std::vector<Cone> cones;             // idgroup = position + 1
   Options options;
   int64_t solver = 0;     // the solver tied to the handle (0: none yet)
   bool potato = false;    // found by the report
 };
+
+// The threshold beyond which a bound is no bound.
+double bigbnd(const Problem& p);
 
 struct Header {
   int64_t w[8];

@@ -43,6 +43,126 @@ void e04rzc(void **handle, ZebError *fail);
 void e04rzf_(void **handle, Integer *ifail);
 #define zeb_opt_handle_free e04rzc
 
+/* ---- Defining the problem --------------------------------------------
+   Each routine adds one component while the handle is editable (before a
+   solver has run), checks every argument, and copies the arrays: the caller
+   may change or free them afterwards.  Sparse matrices are in coordinate
+   form (row and column indices, 1-based, each pair once; a repeated pair is
+   an error, never a sum); symmetric matrices by their upper triangle.  In
+   the C entries an array whose length is 0 may be null.  A bound at or
+   beyond the option "Infinite Bound Size" (bigbnd) is no bound. */
+
+/* e04re: the linear objective c'x, c dense (cvec, nvar elements).  The
+   objective is defined once, by one of e04re, e04rf, e04rg, e04rm. */
+void e04rec(void *handle, Integer nvar, const double cvec[], ZebError *fail);
+void e04ref_(void *const *handle, const Integer *nvar, const double cvec[], Integer *ifail);
+#define zeb_opt_handle_set_linobj e04rec
+
+/* e04rf: the quadratic objective c'x + x'Hx/2: c sparse (nnzc >= 0 indices
+   idxc, strictly ascending, and values c), H by its upper triangle (nnzh >=
+   0 elements irowh, icolh, h).  With nnzh = 0 the objective is linear. */
+void e04rfc(void *handle, Integer nnzc, const Integer idxc[], const double c[], Integer nnzh,
+            const Integer irowh[], const Integer icolh[], const double h[], ZebError *fail);
+void e04rff_(void *const *handle, const Integer *nnzc, const Integer idxc[], const double c[],
+             const Integer *nnzh, const Integer irowh[], const Integer icolh[], const double h[],
+             Integer *ifail);
+#define zeb_opt_handle_set_quadobj e04rfc
+
+/* e04rg: a nonlinear objective, evaluated by the solver's user functions;
+   its gradient has nonzeros at the nnzfd >= 0 variables idxfd (strictly
+   ascending). */
+void e04rgc(void *handle, Integer nnzfd, const Integer idxfd[], ZebError *fail);
+void e04rgf_(void *const *handle, const Integer *nnzfd, const Integer idxfd[], Integer *ifail);
+#define zeb_opt_handle_set_nlnobj e04rgc
+
+/* e04rm: a nonlinear least-squares objective sum r_i(x)^2 / 2 of nres >= 0
+   residuals; isparse = 0: every residual may depend on every variable;
+   isparse = 1: the first derivatives (variables by residuals) have nonzeros
+   at the nnzrd > 0 pairs (irowrd, icolrd), irowrd in 1..nvar, icolrd in
+   1..nres. */
+void e04rmc(void *handle, Integer nres, Integer isparse, Integer nnzrd, const Integer irowrd[],
+            const Integer icolrd[], ZebError *fail);
+void e04rmf_(void *const *handle, const Integer *nres, const Integer *isparse, const Integer *nnzrd,
+             const Integer irowrd[], const Integer icolrd[], Integer *ifail);
+#define zeb_opt_handle_set_nlnls e04rmc
+
+/* e04rh: simple bounds bl <= x <= bu (nvar elements each), once. */
+void e04rhc(void *handle, Integer nvar, const double bl[], const double bu[], ZebError *fail);
+void e04rhf_(void *const *handle, const Integer *nvar, const double bl[], const double bu[],
+             Integer *ifail);
+#define zeb_opt_handle_set_simplebounds e04rhc
+
+/* e04rj: the block of linear constraints bl <= B x <= bu, once: nclin >= 0
+   rows, B with nnzb > 0 elements (irowb in 1..nclin, icolb in 1..nvar, b).
+   *idlc must be 0; on return it identifies the block (1). */
+void e04rjc(void *handle, Integer nclin, const double bl[], const double bu[], Integer nnzb,
+            const Integer irowb[], const Integer icolb[], const double b[], Integer *idlc,
+            ZebError *fail);
+void e04rjf_(void *const *handle, const Integer *nclin, const double bl[], const double bu[],
+             const Integer *nnzb, const Integer irowb[], const Integer icolb[], const double b[],
+             Integer *idlc, Integer *ifail);
+#define zeb_opt_handle_set_linconstr e04rjc
+
+/* e04rk: the block of nonlinear constraints bl <= g(x) <= bu, once: ncnln
+   >= 0 constraints whose Jacobian has nonzeros at the nnzgd > 0 pairs
+   (irowgd in 1..ncnln, icolgd in 1..nvar).  Not after the Hessian of the
+   objective has been given to e04rl. */
+void e04rkc(void *handle, Integer ncnln, const double bl[], const double bu[], Integer nnzgd,
+            const Integer irowgd[], const Integer icolgd[], ZebError *fail);
+void e04rkf_(void *const *handle, const Integer *ncnln, const double bl[], const double bu[],
+             const Integer *nnzgd, const Integer irowgd[], const Integer icolgd[],
+             Integer *ifail);
+#define zeb_opt_handle_set_nlnconstr e04rkc
+
+/* e04rl: the sparsity of a Hessian, upper triangle (nnzh > 0 pairs irowh,
+   icolh in 1..nvar): idf = 0 the objective's, idf = i the i-th nonlinear
+   constraint's, idf = -1 the Hessian of the Lagrangian (which excludes the
+   individual ones).  Each once. */
+void e04rlc(void *handle, Integer idf, Integer nnzh, const Integer irowh[], const Integer icolh[],
+            ZebError *fail);
+void e04rlf_(void *const *handle, const Integer *idf, const Integer *nnzh, const Integer irowh[],
+             const Integer icolh[], Integer *ifail);
+#define zeb_opt_handle_set_nlnhess e04rlc
+
+/* e04rn: a linear matrix inequality A_0 + x_1 A_1 + ... + x_nvar A_nvar >= 0
+   (positive semidefinite) of dimension dima, block diagonal with nblk
+   blocks of sizes blksizea (summing to dima).  nnza[k] elements of A_k
+   (k = 0 .. nvar), one matrix after another in irowa, icola, a (upper
+   triangle, indices in 1..dima within the blocks; nnzasum >= sum(nnza)).
+   *idblk must be 0; on return it numbers the new block (1, 2, ...). */
+void e04rnc(void *handle, Integer nvar, Integer dima, const Integer nnza[], Integer nnzasum,
+            const Integer irowa[], const Integer icola[], const double a[], Integer nblk,
+            const Integer blksizea[], Integer *idblk, ZebError *fail);
+void e04rnf_(void *const *handle, const Integer *nvar, const Integer *dima, const Integer nnza[],
+             const Integer *nnzasum, const Integer irowa[], const Integer icola[],
+             const double a[], const Integer *nblk, const Integer blksizea[], Integer *idblk,
+             Integer *ifail);
+#define zeb_opt_handle_set_linmatineq e04rnc
+
+/* e04rp: bilinear terms x_qi[k] x_qj[k] Q_k (k = 1 .. nq) added to matrix
+   inequality idblk of dimension dimq: nnzq[k] elements of each Q_k, one
+   after another in irowq, icolq, q (upper triangle, in 1..dimq); each
+   unordered pair (qi, qj) once per block. */
+void e04rpc(void *handle, Integer idblk, Integer dimq, Integer nq, const Integer qi[],
+            const Integer qj[], const Integer nnzq[], Integer nnzqsum, const Integer irowq[],
+            const Integer icolq[], const double q[], ZebError *fail);
+void e04rpf_(void *const *handle, const Integer *idblk, const Integer *dimq, const Integer *nq,
+             const Integer qi[], const Integer qj[], const Integer nnzq[],
+             const Integer *nnzqsum, const Integer irowq[], const Integer icolq[],
+             const double q[], Integer *ifail);
+#define zeb_opt_handle_set_quadmatineq e04rpc
+
+/* e04rb: a cone constraint on the lgroup variables group: gtype "QUAD" or
+   "Q" (x_1 >= ||x_2..||, lgroup >= 2) or "RQUAD" or "R" (2 x_1 x_2 >=
+   ||x_3..||^2, lgroup >= 3), any case.  *idgroup = 0 adds a cone and
+   returns its number; a cone's number redefines it.  A variable belongs to
+   one cone at most. */
+void e04rbc(void *handle, const char *gtype, Integer lgroup, const Integer group[],
+            Integer *idgroup, ZebError *fail);
+void e04rbf_(void *const *handle, const char *gtype, const Integer *lgroup, const Integer group[],
+             Integer *idgroup, Integer *ifail, size_t gtype_len);
+#define zeb_opt_handle_set_group e04rbc
+
 #ifdef __cplusplus
 }
 #endif
