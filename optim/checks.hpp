@@ -36,14 +36,20 @@
         "On entry, i = %s, %(" ir ",i) = %s and\n%(" ic ",i) = %s.\nConstraint: %(" ir     \
         ",i) <= %(" ic ",i) (elements within the upper triangle)."                         \
   }
-// A (row, column) pair given twice; `what` names the matrix.
-#define ZEB_OPT_UNIQUE(failno, id, what, unique)                                           \
+// A (row, column) pair given twice; `what` names the matrix.  The long form
+// breaks its lines for a long name.
+#define ZEB_OPT_UNIQUE(failno, id, what)                                                   \
   zeb::Msg<2> {                                                                            \
     failno, id, NE_INVALID_CS,                                                             \
         "On entry, more than one element of " what " has row index %s\nand column index " \
-        "%s.\nConstraint: each element of " what " must have a unique" unique              \
+        "%s.\nConstraint: each element of " what " must have a unique row and column index." \
   }
-#define ZEB_OPT_UNIQUE_TAIL " row and column index."
+#define ZEB_OPT_UNIQUE_LONG(failno, id, what)                                               \
+  zeb::Msg<2> {                                                                             \
+    failno, id, NE_INVALID_CS,                                                              \
+        "On entry, more than one element of " what "\nhas row index %s and column index %s.\n" \
+        "Constraint: each element of " what " must have a unique\nrow and column index."     \
+  }
 // The three checks of a pair of bounds.
 #define ZEB_OPT_BOUNDS(failno, id)                                                            \
   zeb::opt::BoundRows {                                                                       \

@@ -28,7 +28,7 @@ constexpr auto kNclin = ZEB_OPT_COUNT(6, 611, "nclin", ">= 0");
 constexpr auto kNnzb = ZEB_OPT_COUNT(6, 612, "nnzb", "> 0");
 constexpr auto kIrowb = ZEB_OPT_RANGE(8, 811, "irowb", "nclin");
 constexpr auto kIcolb = ZEB_OPT_RANGE(8, 812, "icolb", "n");
-constexpr auto kUniqueB = ZEB_OPT_UNIQUE(8, 813, "b", ZEB_OPT_UNIQUE_TAIL);
+constexpr auto kUniqueB = ZEB_OPT_UNIQUE(8, 813, "b");
 constexpr auto kRjBounds = ZEB_OPT_BOUNDS(10, 1001);
 constexpr const zeb::MsgRow* kRjMessages[] = {
     ZEB_OPT_HANDLE_ROWS, &kNotEditable, &kRjDefined, &kIdlc,           &kNclin,
@@ -48,8 +48,7 @@ constexpr auto kNcnln = ZEB_OPT_COUNT(6, 601, "ncnln", ">= 0");
 constexpr auto kNnzgd = ZEB_OPT_COUNT(6, 602, "nnzgd", "> 0");
 constexpr auto kIrowgd = ZEB_OPT_RANGE(8, 801, "irowgd", "ncnln");
 constexpr auto kIcolgd = ZEB_OPT_RANGE(8, 802, "icolgd", "n");
-constexpr auto kUniqueGd =
-    ZEB_OPT_UNIQUE(8, 803, "structural Jacobian matrix", "\n" ZEB_OPT_UNIQUE_TAIL);
+constexpr auto kUniqueGd = ZEB_OPT_UNIQUE_LONG(8, 803, "structural Jacobian matrix");
 constexpr auto kRkBounds = ZEB_OPT_BOUNDS(10, 1007);
 constexpr const zeb::MsgRow* kRkMessages[] = {
     ZEB_OPT_HANDLE_ROWS, &kNotEditable, &kObjectiveHessianFirst, &kRkDefined,
@@ -81,7 +80,7 @@ constexpr zeb::Msg<3> kIdf{7, 701, NE_INT, "On entry, idf = %s.\nConstraint: %s 
 constexpr auto kRlIrowh = ZEB_OPT_RANGE(8, 801, "irowh", "n");
 constexpr auto kRlIcolh = ZEB_OPT_RANGE(8, 802, "icolh", "n");
 constexpr auto kRlUpper = ZEB_OPT_UPPER(8, 803, "irowh", "icolh");
-constexpr auto kRlUnique = ZEB_OPT_UNIQUE(8, 804, "structural matrix H", ZEB_OPT_UNIQUE_TAIL);
+constexpr auto kRlUnique = ZEB_OPT_UNIQUE_LONG(8, 804, "structural matrix H");
 constexpr const zeb::MsgRow* kRlMessages[] = {
     ZEB_OPT_HANDLE_ROWS, &kNotEditable,       &kNoNlObjective,       &kNothingNonlinear,
     &kIdfDefined,        &kLagrangianDefined, &kIndividualDefined, &kRlNnzh,

@@ -45,14 +45,18 @@ constexpr zeb::Msg<2> kSumBlksize{
 constexpr auto kIrowa = ZEB_OPT_RANGE(8, 801, "irowa", "dima");
 constexpr auto kIcola = ZEB_OPT_RANGE(8, 802, "icola", "dima");
 constexpr auto kUpperA = ZEB_OPT_UPPER(8, 803, "irowa", "icola");
-constexpr zeb::Msg<3> kUniqueA{
-    8, 804, NE_INVALID_CS,
-    "On entry, more than one element of matrix %s has row index %s\nand column index %s.\n"
-    "Constraint: each element of a matrix must have a unique row and column index."};
+// A pair twice in one of the matrices of a block, named by its place.
+#define ZEB_OPT_UNIQUE_IN(failno, id)                                                         \
+  zeb::Msg<3> {                                                                               \
+    failno, id, NE_INVALID_CS,                                                                \
+        "On entry, more than one element of matrix %s has row index %s\nand column index %s.\n" \
+        "Constraint: each element of a matrix must have a unique row and\ncolumn index."       \
+  }
+constexpr auto kUniqueA = ZEB_OPT_UNIQUE_IN(8, 804);
 constexpr zeb::Msg<3> kOffBlock{
     8, 805, NE_INVALID_CS,
     "On entry, i = %s, %(irowa,i) = %s and %(icola,i) = %s.\n"
-    "Constraint: each element lies in a diagonal block of the structure given by blksizea."};
+    "Constraint: each element must lie in a diagonal block given by blksizea."};
 constexpr const zeb::MsgRow* kRnMessages[] = {
     ZEB_OPT_HANDLE_ROWS, &kNotEditable, &kRnNvar, &kRnIdblk, &kDima,  &kNnza,
     &kSumNnza,           &kNnzasum,     &kNblk,   &kBlksize, &kSumBlksize,
@@ -85,10 +89,7 @@ constexpr zeb::Msg<2> kNnzqsum{
 constexpr auto kIrowq = ZEB_OPT_RANGE(8, 801, "irowq", "dimq");
 constexpr auto kIcolq = ZEB_OPT_RANGE(8, 802, "icolq", "dimq");
 constexpr auto kUpperQ = ZEB_OPT_UPPER(8, 803, "irowq", "icolq");
-constexpr zeb::Msg<3> kUniqueQ{
-    8, 804, NE_INVALID_CS,
-    "On entry, more than one element of matrix %s has row index %s\nand column index %s.\n"
-    "Constraint: each element of a matrix must have a unique row and column index."};
+constexpr auto kUniqueQ = ZEB_OPT_UNIQUE_IN(8, 804);
 constexpr auto kQi = ZEB_OPT_RANGE(9, 901, "qi", "n");
 constexpr auto kQj = ZEB_OPT_RANGE(9, 902, "qj", "n");
 constexpr zeb::Msg<2> kUniquePair{

@@ -43,7 +43,7 @@ constexpr auto kIdxcRange = ZEB_OPT_RANGE(7, 702, "idxc", "n");
 constexpr auto kIrowh = ZEB_OPT_RANGE(8, 801, "irowh", "n");
 constexpr auto kIcolh = ZEB_OPT_RANGE(8, 802, "icolh", "n");
 constexpr auto kUpperH = ZEB_OPT_UPPER(8, 803, "irowh", "icolh");
-constexpr auto kUniqueH = ZEB_OPT_UNIQUE(8, 804, "h", ZEB_OPT_UNIQUE_TAIL);
+constexpr auto kUniqueH = ZEB_OPT_UNIQUE(8, 804, "h");
 constexpr const zeb::MsgRow* kRfMessages[] = {
     ZEB_OPT_HANDLE_ROWS, &kNotEditable, &kDefined, &kNnzc,  &kNnzh,   &kIdxcOrder,
     &kIdxcRange,         &kIrowh,       &kIcolh,   &kUpperH, &kUniqueH};
@@ -64,8 +64,7 @@ constexpr zeb::Msg<1> kIsparse{6, 602, NE_INT, "On entry, isparse = %s.\nConstra
 constexpr auto kNnzrd = ZEB_OPT_COUNT(6, 603, "nnzrd", "> 0");
 constexpr auto kIrowrd = ZEB_OPT_RANGE(8, 801, "irowrd", "n");
 constexpr auto kIcolrd = ZEB_OPT_RANGE(8, 802, "icolrd", "nres");
-constexpr auto kUniqueRd =
-    ZEB_OPT_UNIQUE(8, 803, "the structural residual Jacobian", ZEB_OPT_UNIQUE_TAIL);
+constexpr auto kUniqueRd = ZEB_OPT_UNIQUE_LONG(8, 803, "the residual Jacobian");
 constexpr const zeb::MsgRow* kRmMessages[] = {
     ZEB_OPT_HANDLE_ROWS, &kNotEditable, &kHessiansFirst, &kDefined, &kNres,
     &kIsparse,           &kNnzrd,       &kIrowrd,        &kIcolrd,  &kUniqueRd};
