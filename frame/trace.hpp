@@ -12,7 +12,7 @@ namespace zeb::trace {
 
 inline bool on() { return zeb_trace_switch != 0; }
 
-enum class Kind { Int, Real, Char, Str, IntArr, RealArr, Addr, EnData };
+enum class Kind { Int, Real, Char, Str, IntArr, RealArr, Addr, EnData, Ptr };
 
 struct Arg {
   const char* name;
@@ -24,6 +24,8 @@ struct Arg {
 inline Arg arg(const char* n, const double* p) { return {n, Kind::Real, p, 1}; }
 inline Arg arg(const char* n, const int64_t* p) { return {n, Kind::Int, p, 1}; }
 inline Arg arg(const char* n, const char* p) { return {n, Kind::Char, p, 1}; }
+// A pointer-sized handle, shown by its value.
+inline Arg arg(const char* n, void* const* p) { return {n, Kind::Ptr, p, 1}; }
 inline Arg arr(const char* n, const double* p) { return {n, Kind::RealArr, p, 0}; }
 inline Arg arr(const char* n, const int64_t* p) { return {n, Kind::IntArr, p, 0}; }
 inline Arg arr(const char* n, const char* p) { return {n, Kind::Addr, p, 0}; }
