@@ -7,6 +7,7 @@
 
 #include "layers.hpp"
 #include "units.hpp"
+#include "units.def"
 #include "zeb/units.h"
 
 extern "C" {
@@ -63,8 +64,8 @@ constexpr const zeb::MsgRow* kReadMessages[] = {&kEndOfFile, &kReadError, &kRead
 // unit is closed and reopened on the file; a negative unit that is not
 // connected asks for a free unit, which is returned through unit (the C
 // entry's way to a new unit; the Fortran entry passes a copy).
-#define X04AC_ARGS(A) A(inout, int64_t, unit) A(str, char, file) A(in, int64_t, mode)
-ZEB_LAYERS(x04acf, X04AC_ARGS)
+ZEB_LAYERS(x04acf, X04ACF_ARGS)
+ZEB_FORTRAN_SUBROUTINE(x04acf, X04ACF_ARGS, kOpenMessages)
 
 extern "C" void x04acfn_(int64_t* unit, const char* file, int64_t file_len, const int64_t* mode,
                          char* errbuf, int64_t* ifail, int64_t errbuf_len) {
@@ -91,14 +92,6 @@ extern "C" void x04acfn_(int64_t* unit, const char* file, int64_t file_len, cons
   *unit = u;
 }
 
-ZEB_API void x04acf_(const int64_t* unit, const char* file, const int64_t* mode, int64_t* ifail,
-                     size_t file_len) {
-  int64_t u = *unit;
-  zeb::fortran_entry("x04acf", kOpenMessages, ifail, [&](ZebEnData* en, char* eb, int64_t* ie) {
-    x04acft_(en, &u, file, int64_t(file_len), mode, eb, ie, zeb::kErrbufLen);
-  });
-}
-
 ZEB_API void x04acc(const char* filename, Integer mode, Integer* unit, ZebError* fail) {
   zeb::f90_io_init();
   zeb::clear_fail(fail);
@@ -115,9 +108,8 @@ ZEB_API void x04acc(const char* filename, Integer mode, Integer* unit, ZebError*
 }
 
 // x04adf: closes the file connected to a unit.
-#define X04AD_ARGS(A) A(in, int64_t, unit)
-ZEB_LAYERS(x04adf, X04AD_ARGS)
-ZEB_FORTRAN_SUBROUTINE(x04adf, X04AD_ARGS, kCloseMessages)
+ZEB_LAYERS(x04adf, X04ADF_ARGS)
+ZEB_FORTRAN_SUBROUTINE(x04adf, X04ADF_ARGS, kCloseMessages)
 
 extern "C" void x04adfn_(const int64_t* unit, char* errbuf, int64_t* ifail, int64_t errbuf_len) {
   *ifail = 0;
@@ -158,9 +150,8 @@ static inline void call_reader(zeb_rec_reader r, ZebEnData* en, const int64_t* u
 #define X04BBF_REC_ARGS(A) A(in, int64_t, unit) A(arr, char, rec) A(out, int64_t, ierr) A(val, int64_t, len)
 ZEB_CALLBACK_SHIMS(x04bbf, read_rech, "x04bbfv:rec", zeb_rec_reader, X04BBF_REC_ARGS, call_reader)
 
-#define X04BB_ARGS(A) \
-  A(fun, zeb_rec_rmarshal, marshal) A(fun, zeb_rec_reader, reader) A(in, int64_t, nin) A(ostr, char, rec)
-ZEB_LAYERS_EN(x04bbf, X04BB_ARGS)
+ZEB_LAYERS_EN(x04bbf, X04BBF_ARGS)
+ZEB_FORTRAN_SUBROUTINE(x04bbf, X04BBF_ARGS, kReadMessages)
 
 extern "C" void x04bbfn_(ZebEnData* en, zeb_rec_rmarshal marshal, zeb_rec_reader reader,
                          const int64_t* nin, char* rec, int64_t rec_len, char* errbuf,
@@ -172,13 +163,6 @@ extern "C" void x04bbfn_(ZebEnData* en, zeb_rec_rmarshal marshal, zeb_rec_reader
   if (ierr != 1 && ierr != 3) ierr = 2;  // a reader's other indicators are read errors
   static constexpr const zeb::Msg<1>* kRead[3] = {&kEndOfFile, &kReadError, &kReadNotConnected};
   zeb::fail(errbuf, errbuf_len, ifail, *kRead[ierr - 1], *nin);
-}
-
-ZEB_API void x04bbf_(const int64_t* nin, char* rec, int64_t* ifail, size_t rec_len) {
-  zeb::fortran_entry("x04bbf", kReadMessages, ifail, [&](ZebEnData* en, char* eb, int64_t* ie) {
-    x04bbft_(en, x04bbf_internal_read_rech_, x04bbzn_, nin, rec, int64_t(rec_len), eb, ie,
-             zeb::kErrbufLen);
-  });
 }
 
 // The allocator of the C entries.

@@ -1,10 +1,13 @@
 // The entry layers of a routine, generated from one description of its
 // argument list.
 //
-// A routine is described once as a list of rows A(kind, type, name), in the
-// order of its arguments:
+// A routine is described once as a list of rows A(kind, type, name[, fortran])
+// in the order of the arguments of its Fortran entry.  The rows of a
+// chapter's public routines live in the chapter's .def file (special/
+// special.def ...), which its sources include and from which
+// scripts/gen_fortran.py writes the Fortran interface module:
 //
-//   #define S14AA_ARGS(A) A(in, double, x) A(res, double, gx)
+//   #define S14AAF_ARGS(A) A(in, double, x) A(res, double, gx) A(ifail, int64_t, ifail)
 //
 // kinds:  in     scalar input                 (const T*)
 //         out    scalar output                (T*)
@@ -13,6 +16,7 @@
 //                by the lower layers through a pointer after the inputs
 //         arr    array, read and written      (T*)
 //         carr   array, only read             (const T*)
+//         oarr   array, only written          (T*)
 //         chr    one-character option; the Fortran entry takes a hidden
 //                length, the engine only the character
 //         fun    user-supplied function       (T, a function pointer type)
@@ -20,6 +24,22 @@
 //         str    character string; the lower layers take its length as
 //                an explicit argument right after it
 //         ostr   the same for a string the routine writes
+//         ifail  the failure indicator (last): taken by the Fortran entry;
+//                the lower layers take it after errbuf
+//         shim   function argument of the lower layers that the Fortran
+//                entry does not take: it passes the library's own function
+//                named in the fourth field (the internal callback shim, or
+//                the library's own record writer)  (T)
+//         handle an optimisation-suite handle: void** (Fortran type(c_ptr))
+//                at the Fortran entry, which passes the pointer by value
+//                (void*) to the lower layers; T is void*.  A routine that
+//                creates or clears the handle writes it: A(inout, void*, h)
+//         incopy scalar input of the Fortran entry, which passes a copy: the
+//                lower layers may write it (for the C entry)  (T*)
+// The optional fourth field is for the Fortran interface alone, except for
+// shim rows: the dimensions of an array ("lda, *"; "*" when absent), the
+// abstract interface of a user function (fun), the function a shim row
+// passes.
 //
 // From the list:
 //   ZEB_LAYERS(stem, ARGS)     the thin entry stem##t_ (errbuf length fixed
@@ -34,7 +54,10 @@
 //   ZEB_LAYERS_NOFAIL, ZEB_LAYERS_NOFAIL_EN, ZEB_FORTRAN_FUNCTION_NOFAIL,
 //   ZEB_FORTRAN_SUBROUTINE_NOFAIL
 //                              the same for routines without failure exits
-//                              (no errbuf, no ifail).
+//                              (no errbuf, no ifail);
+//   ZEB_FORTRAN_DECL(stem, ARGS)  the declaration of a Fortran entry written
+//                              by hand (no layers), so that the compiler
+//                              holds its definition to the rows.
 // The C entry, which differs most between routines, is written by hand
 // with zeb::c_entry.
 #pragma once
@@ -59,7 +82,12 @@
 #define ZEB_P_val(T, n) , T n
 #define ZEB_P_str(T, n) , const char* n, int64_t n##_len
 #define ZEB_P_ostr(T, n) , char* n, int64_t n##_len
-#define ZEB_P(kind, T, n) ZEB_P_##kind(T, n)
+#define ZEB_P_oarr(T, n) , T* n
+#define ZEB_P_ifail(T, n)
+#define ZEB_P_shim(T, n) , T n
+#define ZEB_P_handle(T, n) , T n
+#define ZEB_P_incopy(T, n) , T* n
+#define ZEB_P(kind, T, n, ...) ZEB_P_##kind(T, n)
 
 // Fortran entry parameters: the result is returned, not passed.
 #define ZEB_FP_res(T, n)
@@ -73,7 +101,12 @@
 #define ZEB_FP_val(T, n) ZEB_P_val(T, n)
 #define ZEB_FP_str(T, n) , const char* n
 #define ZEB_FP_ostr(T, n) , char* n
-#define ZEB_FP(kind, T, n) ZEB_FP_##kind(T, n)
+#define ZEB_FP_oarr(T, n) ZEB_P_oarr(T, n)
+#define ZEB_FP_ifail(T, n) , T* n
+#define ZEB_FP_shim(T, n)
+#define ZEB_FP_handle(T, n) , T* n
+#define ZEB_FP_incopy(T, n) , const T* n
+#define ZEB_FP(kind, T, n, ...) ZEB_FP_##kind(T, n)
 
 // Hidden lengths of character arguments, appended after all others.
 #define ZEB_HID_chr(T, n) , [[maybe_unused]] size_t n##_len
@@ -87,7 +120,12 @@
 #define ZEB_HID_val(T, n)
 #define ZEB_HID_str(T, n) , size_t n##_len
 #define ZEB_HID_ostr(T, n) , size_t n##_len
-#define ZEB_HID(kind, T, n) ZEB_HID_##kind(T, n)
+#define ZEB_HID_oarr(T, n)
+#define ZEB_HID_ifail(T, n)
+#define ZEB_HID_shim(T, n)
+#define ZEB_HID_handle(T, n)
+#define ZEB_HID_incopy(T, n)
+#define ZEB_HID(kind, T, n, ...) ZEB_HID_##kind(T, n)
 
 // Forwarding an argument to the next layer down; the Fortran entry passes
 // the address of its result.
@@ -102,19 +140,29 @@
 #define ZEB_FWD_chr(n) , n
 #define ZEB_FWD_fun(n) , n
 #define ZEB_FWD_val(n) , n
-#define ZEB_FWD(kind, T, n) ZEB_FWD_##kind(n)
-#define ZEB_FFWD_res(n) , &zeb_result
-#define ZEB_FFWD_in(n) , n
-#define ZEB_FFWD_out(n) , n
-#define ZEB_FFWD_inout(n) , n
-#define ZEB_FFWD_arr(n) , n
-#define ZEB_FFWD_carr(n) , n
-#define ZEB_FFWD_chr(n) , n
-#define ZEB_FFWD_fun(n) , n
-#define ZEB_FFWD_val(n) , n
-#define ZEB_FFWD_str(n) , n, int64_t(n##_len)
-#define ZEB_FFWD_ostr(n) , n, int64_t(n##_len)
-#define ZEB_FFWD(kind, T, n) ZEB_FFWD_##kind(n)
+#define ZEB_FWD_oarr(n) , n
+#define ZEB_FWD_ifail(n)
+#define ZEB_FWD_shim(n) , n
+#define ZEB_FWD_handle(n) , n
+#define ZEB_FWD_incopy(n) , n
+#define ZEB_FWD(kind, T, n, ...) ZEB_FWD_##kind(n)
+#define ZEB_FFWD_res(n, ...) , &zeb_result
+#define ZEB_FFWD_in(n, ...) , n
+#define ZEB_FFWD_out(n, ...) , n
+#define ZEB_FFWD_inout(n, ...) , n
+#define ZEB_FFWD_arr(n, ...) , n
+#define ZEB_FFWD_carr(n, ...) , n
+#define ZEB_FFWD_oarr(n, ...) , n
+#define ZEB_FFWD_chr(n, ...) , n
+#define ZEB_FFWD_fun(n, ...) , n
+#define ZEB_FFWD_val(n, ...) , n
+#define ZEB_FFWD_str(n, ...) , n, int64_t(n##_len)
+#define ZEB_FFWD_ostr(n, ...) , n, int64_t(n##_len)
+#define ZEB_FFWD_ifail(n, ...)
+#define ZEB_FFWD_shim(n, f) , f
+#define ZEB_FFWD_handle(n, ...) , *n
+#define ZEB_FFWD_incopy(n, ...) , zeb::copy_of(n)
+#define ZEB_FFWD(kind, T, n, ...) ZEB_FFWD_##kind(n, __VA_ARGS__)
 
 // Trace lines of the arguments.
 #define ZEB_TR_in(T, n) , zeb::trace::arg(#n, n)
@@ -128,6 +176,11 @@
 #define ZEB_TR_val(T, n) , zeb::trace::arg(#n, &n)
 #define ZEB_TR_str(T, n) , zeb::trace::str(#n, n, n##_len)
 #define ZEB_TR_ostr(T, n) , zeb::trace::str(#n, n, n##_len)
+#define ZEB_TR_oarr(T, n) , zeb::trace::arr(#n, n)
+#define ZEB_TR_ifail(T, n)
+#define ZEB_TR_shim(T, n) , zeb::trace::fun(#n, n)
+#define ZEB_TR_handle(T, n) , zeb::trace::arg(#n, &n)
+#define ZEB_TR_incopy(T, n) , zeb::trace::arg(#n, n)
 
 // Parameter types alone, for function pointer types of callbacks.
 #define ZEB_T_in(T) , const T*
@@ -141,8 +194,13 @@
 #define ZEB_T_val(T) , T
 #define ZEB_T_str(T) , const char*, int64_t
 #define ZEB_T_ostr(T) , char*, int64_t
-#define ZEB_T(kind, T, n) ZEB_T_##kind(T)
-#define ZEB_TR(kind, T, n) ZEB_TR_##kind(T, n)
+#define ZEB_T_oarr(T) , T*
+#define ZEB_T_ifail(T)
+#define ZEB_T_shim(T) , T
+#define ZEB_T_handle(T) , T
+#define ZEB_T_incopy(T) , T*
+#define ZEB_T(kind, T, n, ...) ZEB_T_##kind(T)
+#define ZEB_TR(kind, T, n, ...) ZEB_TR_##kind(T, n)
 
 // The traced call: with the switch off it costs one test.
 #define ZEB_TRACED_CALL(name, en, ARGS, eb, ifl, CALL)                              \
@@ -180,7 +238,7 @@
 #define ZEB_COMMA ,
 
 #define ZEB_FORTRAN_FUNCTION(stem, T, ARGS, msgs)                                      \
-  ZEB_API T stem##_(ZEB_TAIL(ARGS(ZEB_FP), int64_t* ifail) ARGS(ZEB_HID)) {            \
+  ZEB_API T stem##_(ZEB_TAIL(ARGS(ZEB_FP)) ARGS(ZEB_HID)) {                            \
     T zeb_result{};                                                                    \
     zeb::fortran_entry(#stem, msgs, ifail, [&](ZebEnData* en, char* eb, int64_t* ie) { \
       stem##t_(en ARGS(ZEB_FFWD), eb, ie, zeb::kErrbufLen);                            \
@@ -189,9 +247,9 @@
   }
 
 #define ZEB_FORTRAN_SUBROUTINE(stem, ARGS, msgs)                                       \
-  ZEB_API void stem##_(ZEB_TAIL(ARGS(ZEB_FP), int64_t* ifail) ARGS(ZEB_HID)) {         \
+  ZEB_API void stem##_(ZEB_TAIL(ARGS(ZEB_FP)) ARGS(ZEB_HID)) {                         \
     zeb::fortran_entry(#stem, msgs, ifail, [&](ZebEnData* en, char* eb, int64_t* ie) { \
-      stem##t_(en ARGS(ZEB_FWD), eb, ie, zeb::kErrbufLen);                             \
+      stem##t_(en ARGS(ZEB_FFWD), eb, ie, zeb::kErrbufLen);                            \
     });                                                                                \
   }
 
@@ -220,8 +278,21 @@
   ZEB_API void stem##_(ZEB_TAIL(ARGS(ZEB_FP)) ARGS(ZEB_HID)) { \
     ZebEnData en;                                              \
     y90haan_(&en);                                             \
-    stem##t_(&en ARGS(ZEB_FWD));                               \
+    stem##t_(&en ARGS(ZEB_FFWD));                              \
   }
+
+// A Fortran entry written by hand, without layers: its declaration.
+#define ZEB_FORTRAN_DECL(stem, ARGS) ZEB_API void stem##_(ZEB_TAIL(ARGS(ZEB_FP)) ARGS(ZEB_HID));
+
+namespace zeb {
+// The copy a Fortran entry passes for an incopy argument; it lives until the
+// end of the call that receives it.
+template <class T>
+inline T* copy_of(const T* p, T&& tmp = T()) {
+  tmp = *p;
+  return &tmp;
+}
+}  // namespace zeb
 
 // The callback shims of one callback signature: the internal shim (calls
 // the user function only when en_data allows a direct call), the

@@ -5,6 +5,7 @@
 
 #include "layers.hpp"
 #include "machine.hpp"
+#include "frame.def"
 #include "units.hpp"
 #include "zeb/machine.h"
 
@@ -12,26 +13,24 @@ using namespace zeb::machine;
 
 // Every x02 routine: a function of no arguments returning one constant, with
 // the Fortran entry, C entry, thin, traced and engine layers.
-#define X02_ARGS_double(A) A(res, double, result)
-#define X02_ARGS_int64_t(A) A(res, int64_t, result)
-#define ZEB_X02(stem, cname, T, value)                                    \
-  ZEB_LAYERS_NOFAIL(stem, X02_ARGS_##T)                                   \
-  ZEB_FORTRAN_FUNCTION_NOFAIL(stem, T, X02_ARGS_##T)                      \
+#define ZEB_X02(stem, ARGS, cname, T, value)                              \
+  ZEB_LAYERS_NOFAIL(stem, ARGS)                                           \
+  ZEB_FORTRAN_FUNCTION_NOFAIL(stem, T, ARGS)                              \
   extern "C" void stem##n_(T* result) { *result = value; }                \
   ZEB_API T cname(void) { return value; }
 
-ZEB_X02(x02ajf, x02ajc, double, kEps)
-ZEB_X02(x02akf, x02akc, double, kTiny)
-ZEB_X02(x02alf, x02alc, double, kHuge)
-ZEB_X02(x02amf, x02amc, double, kSafe)
-ZEB_X02(x02anf, x02anc, double, kSafe)
-ZEB_X02(x02ahf, x02ahc, double, kMaxSineArg)
-ZEB_X02(x02bbf, x02bbc, int64_t, kMaxInteger)
-ZEB_X02(x02bef, x02bec, int64_t, kDecimalDigits)
-ZEB_X02(x02bhf, x02bhc, int64_t, kBase)
-ZEB_X02(x02bjf, x02bjc, int64_t, kBaseDigits)
-ZEB_X02(x02bkf, x02bkc, int64_t, kMinExp)
-ZEB_X02(x02blf, x02blc, int64_t, kMaxExp)
+ZEB_X02(x02ajf, X02AJF_ARGS, x02ajc, double, kEps)
+ZEB_X02(x02akf, X02AKF_ARGS, x02akc, double, kTiny)
+ZEB_X02(x02alf, X02ALF_ARGS, x02alc, double, kHuge)
+ZEB_X02(x02amf, X02AMF_ARGS, x02amc, double, kSafe)
+ZEB_X02(x02anf, X02ANF_ARGS, x02anc, double, kSafe)
+ZEB_X02(x02ahf, X02AHF_ARGS, x02ahc, double, kMaxSineArg)
+ZEB_X02(x02bbf, X02BBF_ARGS, x02bbc, int64_t, kMaxInteger)
+ZEB_X02(x02bef, X02BEF_ARGS, x02bec, int64_t, kDecimalDigits)
+ZEB_X02(x02bhf, X02BHF_ARGS, x02bhc, int64_t, kBase)
+ZEB_X02(x02bjf, X02BJF_ARGS, x02bjc, int64_t, kBaseDigits)
+ZEB_X02(x02bkf, X02BKF_ARGS, x02bkc, int64_t, kMinExp)
+ZEB_X02(x02blf, X02BLF_ARGS, x02blc, int64_t, kMaxExp)
 
 // Companions for engines: decimal digits of the expansions, and single
 // precision.
@@ -68,7 +67,6 @@ void describe(char (*lines)[kIdWidth + 1]) {
 
 }  // namespace
 
-#define A00AAF_ARGS(A)
 ZEB_LAYERS_NOFAIL_EN(a00aaf, A00AAF_ARGS)
 ZEB_FORTRAN_SUBROUTINE_NOFAIL(a00aaf, A00AAF_ARGS)
 extern "C" void a00aafn_(ZebEnData* en_data) {

@@ -10,6 +10,7 @@
 
 #include "layers.hpp"
 #include "units.hpp"
+#include "units.def"
 #include "zeb/frame.h"
 #include "zeb/units.h"
 
@@ -162,13 +163,8 @@ char upper(const char* c) { return char(std::toupper(static_cast<unsigned char>(
 
 }  // namespace
 
-#define X04CB_ARGS(A)                                                                        \
-  A(chr, char, matrix) A(chr, char, diag) A(in, int64_t, m) A(in, int64_t, n)                \
-  A(carr, double, a) A(in, int64_t, lda) A(str, char, form) A(str, char, title)              \
-  A(chr, char, labrow) A(str, char, rlabs) A(chr, char, labcol) A(str, char, clabs)          \
-  A(in, int64_t, ncols) A(in, int64_t, indent)
-ZEB_LAYERS_EN(x04cbf, X04CB_ARGS)
-ZEB_FORTRAN_SUBROUTINE(x04cbf, X04CB_ARGS, kPrintMessages)
+ZEB_LAYERS_EN(x04cbf, X04CBF_ARGS)
+ZEB_FORTRAN_SUBROUTINE(x04cbf, X04CBF_ARGS, kPrintMessages)
 
 extern "C" void x04cbfn_(ZebEnData* en, const char* matrix, const char* diag, const int64_t* m,
                          const int64_t* n, const double* a, const int64_t* lda, const char* form,
@@ -251,11 +247,8 @@ extern "C" void x04cbfn_(ZebEnData* en, const char* matrix, const char* diag, co
 
 // x04caf: the default layout: integer labels, the default format, 80
 // characters a line.
-#define X04CA_ARGS(A)                                                         \
-  A(chr, char, matrix) A(chr, char, diag) A(in, int64_t, m) A(in, int64_t, n) \
-  A(carr, double, a) A(in, int64_t, lda) A(str, char, title)
-ZEB_LAYERS_EN(x04caf, X04CA_ARGS)
-ZEB_FORTRAN_SUBROUTINE(x04caf, X04CA_ARGS, kPrintMessages)
+ZEB_LAYERS_EN(x04caf, X04CAF_ARGS)
+ZEB_FORTRAN_SUBROUTINE(x04caf, X04CAF_ARGS, kPrintMessages)
 
 extern "C" void x04cafn_(ZebEnData* en, const char* matrix, const char* diag, const int64_t* m,
                          const int64_t* n, const double* a, const int64_t* lda, const char* title,

@@ -2,7 +2,9 @@
 #include <cstdio>
 #include <cstring>
 
+#include "frame.def"
 #include "frame.hpp"
+#include "layers.hpp"
 #include "trace.hpp"
 #include "units.hpp"
 
@@ -11,6 +13,7 @@ int64_t zeb_trace_switch = 0;
 ZEB_API void y90haan_(ZebEnData* en) { zeb::init_en(en); }
 
 // Trace switch: flag 0 reads it into value, any other flag sets it.
+ZEB_FORTRAN_DECL(y90gczn, Y90GCZN_ARGS)
 ZEB_API void y90gczn_(const int64_t* flag, int64_t* value) {
   if (*flag == 0)
     *value = zeb_trace_switch;
@@ -129,6 +132,10 @@ void block(ZebEnData* en, const char* name, int mode, const Arg* args, int nargs
         address(en, a.p);
         break;
       case Kind::EnData: y90alft_(en); break;
+      case Kind::Ptr:
+        named(en, a.name, nl, "pointer");
+        address(en, *static_cast<void* const*>(a.p));
+        break;
     }
   }
   if (errbuf) y90aaft_(en, "errbuf", errbuf, 6, kErrbufLen);

@@ -12,7 +12,7 @@ namespace zeb::trace {
 
 inline bool on() { return zeb_trace_switch != 0; }
 
-enum class Kind { Int, Real, Char, Str, IntArr, RealArr, Addr, EnData };
+enum class Kind { Int, Real, Char, Str, IntArr, RealArr, Addr, EnData, Ptr };
 
 struct Arg {
   const char* name;
@@ -24,11 +24,12 @@ struct Arg {
 inline Arg arg(const char* n, const double* p) { return {n, Kind::Real, p, 1}; }
 inline Arg arg(const char* n, const int64_t* p) { return {n, Kind::Int, p, 1}; }
 inline Arg arg(const char* n, const char* p) { return {n, Kind::Char, p, 1}; }
+// A pointer-sized handle, shown by its value.
+inline Arg arg(const char* n, void* const* p) { return {n, Kind::Ptr, p, 1}; }
 inline Arg arr(const char* n, const double* p) { return {n, Kind::RealArr, p, 0}; }
 inline Arg arr(const char* n, const int64_t* p) { return {n, Kind::IntArr, p, 0}; }
 inline Arg arr(const char* n, const char* p) { return {n, Kind::Addr, p, 0}; }
 inline Arg arr(const char* n, const void* p) { return {n, Kind::Addr, p, 0}; }
-inline Arg arg(const char* n, void* const* p) { return {n, Kind::Addr, p ? *p : nullptr, 0}; }
 template <class F>
 inline Arg fun(const char* n, F f) { return {n, Kind::Addr, reinterpret_cast<const void*>(f), 0}; }
 inline Arg str(const char* n, const char* p, int64_t len) { return {n, Kind::Str, p, len}; }

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "layers.hpp"
+#include "frame.def"
 #include "zeb/frame.h"
 #include "units.hpp"
 
@@ -53,8 +54,6 @@ static void get_or_set(int64_t* setting, const int64_t* iflag, int64_t* unit) {
   else if (*iflag == 1)
     *setting = *unit;
 }
-#define X04AAF_ARGS(A) A(in, int64_t, iflag) A(inout, int64_t, nerr)
-#define X04ABF_ARGS(A) A(in, int64_t, iflag) A(inout, int64_t, nadv)
 ZEB_LAYERS_NOFAIL(x04aaf, X04AAF_ARGS)
 ZEB_FORTRAN_SUBROUTINE_NOFAIL(x04aaf, X04AAF_ARGS)
 ZEB_LAYERS_NOFAIL(x04abf, X04ABF_ARGS)
@@ -76,18 +75,12 @@ ZEB_API void x04abf_f(const int64_t* iflag, int64_t* nadv) {
 
 // x04baf: write one record on a unit.  The Fortran entry hands the thin
 // entry the internal shim and the record writer; a binding hands its own.
-#define X04BAF_ARGS(A) \
-  A(fun, Zeb_RecMarshal, marshal) A(fun, Zeb_RecWriter, writer) A(in, int64_t, nout) A(str, char, rec)
 ZEB_LAYERS_NOFAIL_EN(x04baf, X04BAF_ARGS)
+ZEB_FORTRAN_SUBROUTINE_NOFAIL(x04baf, X04BAF_ARGS)
 extern "C" void x04bafn_(ZebEnData* en, Zeb_RecMarshal marshal, Zeb_RecWriter writer,
                          const int64_t* nout, const char* rec, int64_t rec_len) {
   int64_t ierr = 0;
   x04baf_print_print_rech_(marshal, writer, en, nout, rec, &ierr, rec_len);
-}
-ZEB_API void x04baf_(const int64_t* nout, const char* rec, size_t rec_len) {
-  ZebEnData en;
-  y90haan_(&en);
-  x04baft_(&en, x04baf_internal_print_rech_, x04bazn_, nout, rec, int64_t(rec_len));
 }
 
 ZEB_API void x04baf_f(const int64_t* nout, const char* rec, int64_t len) {

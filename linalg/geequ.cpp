@@ -8,14 +8,12 @@
 #include "frame/machine.hpp"
 #include "linalg/lapack.hpp"
 #include "linalg/lapack_c.hpp"
+#include "linalg/linalg.def"
 
 using zeb::blas::I;
 
-#define F07AF_ARGS(A)                                                                          \
-  A(in, I, m) A(in, I, n) A(carr, double, a) A(in, I, lda) A(arr, double, r) A(arr, double, c) \
-      A(out, double, rowcnd) A(out, double, colcnd) A(out, double, amax) A(out, I, info)
-ZEB_LAYERS_INFO(f07aff, F07AF_ARGS, info)
-ZEB_FORTRAN_SUBROUTINE_NOFAIL(f07aff, F07AF_ARGS)
+ZEB_LAYERS_INFO(f07aff, F07AFF_ARGS, info)
+ZEB_FORTRAN_SUBROUTINE_NOFAIL(f07aff, F07AFF_ARGS)
 
 extern "C" void f07affn_(ZebEnData* en, const I* mp, const I* np, const double* a,
                          const I* ldap, double* r, double* c, double* rowcnd, double* colcnd,

@@ -9,6 +9,7 @@
 #include "linalg/blas.hpp"
 #include "linalg/lapack.hpp"
 #include "linalg/lapack_c.hpp"
+#include "linalg/linalg.def"
 
 using zeb::blas::I;
 
@@ -100,10 +101,8 @@ ZEB_API void f07adzn_(ZebEnData* en, const I* m, const I* n, double* a, const I*
   getf2(*m, *n, a, *lda, ipiv, info);
 }
 
-#define F07AD_ARGS(A) \
-  A(in, I, m) A(in, I, n) A(arr, double, a) A(in, I, lda) A(arr, I, ipiv) A(out, I, info)
-ZEB_LAYERS_INFO(f07adf, F07AD_ARGS, info)
-ZEB_FORTRAN_SUBROUTINE_NOFAIL(f07adf, F07AD_ARGS)
+ZEB_LAYERS_INFO(f07adf, F07ADF_ARGS, info)
+ZEB_FORTRAN_SUBROUTINE_NOFAIL(f07adf, F07ADF_ARGS)
 
 extern "C" void f07adfn_(ZebEnData* en, const I* mp, const I* np, double* a, const I* ldap,
                          I* ipiv, I* info) {

@@ -7,6 +7,7 @@
 #include "linalg/blas.hpp"
 #include "linalg/lapack.hpp"
 #include "linalg/lapack_c.hpp"
+#include "linalg/linalg.def"
 
 using zeb::blas::I;
 
@@ -28,11 +29,8 @@ I check(char trans, I n, I nrhs, I lda, const I* ipiv, I ldb) {
 }
 }  // namespace
 
-#define F07AE_ARGS(A)                                                                     \
-  A(chr, char, trans) A(in, I, n) A(in, I, nrhs) A(carr, double, a) A(in, I, lda)         \
-      A(carr, I, ipiv) A(arr, double, b) A(in, I, ldb) A(out, I, info)
-ZEB_LAYERS_INFO(f07aef, F07AE_ARGS, info)
-ZEB_FORTRAN_SUBROUTINE_NOFAIL(f07aef, F07AE_ARGS)
+ZEB_LAYERS_INFO(f07aef, F07AEF_ARGS, info)
+ZEB_FORTRAN_SUBROUTINE_NOFAIL(f07aef, F07AEF_ARGS)
 
 extern "C" void f07aefn_(ZebEnData* en, const char* trans, const I* np, const I* nrhsp,
                          const double* a, const I* ldap, const I* ipiv, double* b,

@@ -8,6 +8,7 @@
 #include "linalg/blas.hpp"
 #include "linalg/lapack.hpp"
 #include "linalg/lapack_c.hpp"
+#include "linalg/linalg.def"
 
 using zeb::blas::I;
 namespace lp = zeb::lapack;
@@ -74,11 +75,8 @@ I usable_block(const char* name, I m, I n, I k, I ldwork, I lwork) {
 
 // ---- f08ae: A = Q R --------------------------------------------------------
 
-#define F08AE_ARGS(A)                                                                       \
-  A(in, I, m) A(in, I, n) A(arr, double, a) A(in, I, lda) A(arr, double, tau) A(arr, double, work) \
-      A(in, I, lwork) A(out, I, info)
-ZEB_LAYERS_INFO(f08aef, F08AE_ARGS, info)
-ZEB_FORTRAN_SUBROUTINE_NOFAIL(f08aef, F08AE_ARGS)
+ZEB_LAYERS_INFO(f08aef, F08AEF_ARGS, info)
+ZEB_FORTRAN_SUBROUTINE_NOFAIL(f08aef, F08AEF_ARGS)
 
 extern "C" void f08aefn_(ZebEnData* en, const I* mp, const I* np, double* a, const I* ldap,
                          double* tau, double* work, const I* lworkp, I* info) {
@@ -125,11 +123,8 @@ ZEB_API void f08aec(Zeb_OrderType order, I m, I n, double a[], I pda, double tau
 
 // ---- f08af: the first n columns of Q from f08ae ----------------------------
 
-#define F08AF_ARGS(A)                                                                     \
-  A(in, I, m) A(in, I, n) A(in, I, k) A(arr, double, a) A(in, I, lda) A(carr, double, tau) \
-      A(arr, double, work) A(in, I, lwork) A(out, I, info)
-ZEB_LAYERS_INFO(f08aff, F08AF_ARGS, info)
-ZEB_FORTRAN_SUBROUTINE_NOFAIL(f08aff, F08AF_ARGS)
+ZEB_LAYERS_INFO(f08aff, F08AFF_ARGS, info)
+ZEB_FORTRAN_SUBROUTINE_NOFAIL(f08aff, F08AFF_ARGS)
 
 extern "C" void f08affn_(ZebEnData* en, const I* mp, const I* np, const I* kp, double* a,
                          const I* ldap, const double* tau, double* work, const I* lworkp,
@@ -190,11 +185,8 @@ ZEB_API void f08afc(Zeb_OrderType order, I m, I n, I k, double a[], I pda, const
 
 // ---- f08ab: A = Q R with Q in the blocked compact form ----------------------
 
-#define F08AB_ARGS(A)                                                                    \
-  A(in, I, m) A(in, I, n) A(in, I, nb) A(arr, double, a) A(in, I, lda) A(arr, double, t) \
-      A(in, I, ldt) A(arr, double, work) A(out, I, info)
-ZEB_LAYERS_INFO(f08abf, F08AB_ARGS, info)
-ZEB_FORTRAN_SUBROUTINE_NOFAIL(f08abf, F08AB_ARGS)
+ZEB_LAYERS_INFO(f08abf, F08ABF_ARGS, info)
+ZEB_FORTRAN_SUBROUTINE_NOFAIL(f08abf, F08ABF_ARGS)
 
 extern "C" void f08abfn_(ZebEnData* en, const I* mp, const I* np, const I* nbp, double* a,
                          const I* ldap, double* t, const I* ldtp, double* work, I* info) {
@@ -238,12 +230,8 @@ ZEB_API void f08abc(Zeb_OrderType order, I m, I n, I nb, double a[], I pda, doub
 
 // ---- f08ac: C = Q C, Q^T C, C Q or C Q^T from the compact form of f08ab ----
 
-#define F08AC_ARGS(A)                                                                        \
-  A(chr, char, side) A(chr, char, trans) A(in, I, m) A(in, I, n) A(in, I, k) A(in, I, nb)    \
-      A(carr, double, v) A(in, I, ldv) A(carr, double, t) A(in, I, ldt) A(arr, double, c)    \
-          A(in, I, ldc) A(arr, double, work) A(out, I, info)
-ZEB_LAYERS_INFO(f08acf, F08AC_ARGS, info)
-ZEB_FORTRAN_SUBROUTINE_NOFAIL(f08acf, F08AC_ARGS)
+ZEB_LAYERS_INFO(f08acf, F08ACF_ARGS, info)
+ZEB_FORTRAN_SUBROUTINE_NOFAIL(f08acf, F08ACF_ARGS)
 
 extern "C" void f08acfn_(ZebEnData* en, const char* sidep, const char* transp, const I* mp,
                          const I* np, const I* kp, const I* nbp, const double* v,

@@ -2,6 +2,7 @@
 // block of linear constraints), e04rk (nonlinear constraints and the
 // sparsity of their Jacobian), e04rl (the sparsity of a Hessian).
 #include "frame/layers.hpp"
+#include "optim/optim.def"
 #include "optim/checks.hpp"
 #include "optim/problem.hpp"
 #include "zeb/optim.h"
@@ -97,16 +98,14 @@ Coords copy_coords(const int64_t* ir, const int64_t* ic, const double* v, int64_
 
 }  // namespace
 
-#define E04RHF_ARGS(A) \
-  A(in, zeb::Handle, handle) A(in, int64_t, nvar) A(carr, double, bl) A(carr, double, bu)
 ZEB_LAYERS(e04rhf, E04RHF_ARGS)
 ZEB_FORTRAN_SUBROUTINE(e04rhf, E04RHF_ARGS, kRhMessages)
 
-extern "C" void e04rhfn_(void* const* handle, const int64_t* nvar, const double* bl,
+extern "C" void e04rhfn_(void* handle, const int64_t* nvar, const double* bl,
                          const double* bu, char* errbuf, int64_t* ifail, int64_t len) {
   *ifail = 0;
   Check c{errbuf, len, ifail};
-  Problem* p = open_editable(*handle, errbuf, len, ifail);
+  Problem* p = open_editable(handle, errbuf, len, ifail);
   if (!p) return;
   if (p->bounds_defined) return void(c.fail(kRhDefined));
   if (*nvar != p->nvar) return void(c.fail(kRhNvar, *nvar, p->nvar));
@@ -119,24 +118,20 @@ ZEB_API void e04rhc(void* handle, Integer nvar, const double bl[], const double 
                     ZebError* fail) {
   if (c_null(fail, "e04rhc", {{"bl", bl, nvar}, {"bu", bu, nvar}})) return;
   zeb::c_entry(fail, "e04rhc", kRhMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
-    e04rhft_(en, &handle, &nvar, bl, bu, eb, ie, zeb::kErrbufLen);
+    e04rhft_(en, handle, &nvar, bl, bu, eb, ie, zeb::kErrbufLen);
   });
 }
 
-#define E04RJF_ARGS(A)                                                                        \
-  A(in, zeb::Handle, handle) A(in, int64_t, nclin) A(carr, double, bl) A(carr, double, bu)    \
-  A(in, int64_t, nnzb) A(carr, int64_t, irowb) A(carr, int64_t, icolb) A(carr, double, b)     \
-  A(inout, int64_t, idlc)
 ZEB_LAYERS(e04rjf, E04RJF_ARGS)
 ZEB_FORTRAN_SUBROUTINE(e04rjf, E04RJF_ARGS, kRjMessages)
 
-extern "C" void e04rjfn_(void* const* handle, const int64_t* nclin, const double* bl,
+extern "C" void e04rjfn_(void* handle, const int64_t* nclin, const double* bl,
                          const double* bu, const int64_t* nnzb, const int64_t* irowb,
                          const int64_t* icolb, const double* b, int64_t* idlc, char* errbuf,
                          int64_t* ifail, int64_t len) {
   *ifail = 0;
   Check c{errbuf, len, ifail};
-  Problem* p = open_editable(*handle, errbuf, len, ifail);
+  Problem* p = open_editable(handle, errbuf, len, ifail);
   if (!p) return;
   if (p->linear.defined) return void(c.fail(kRjDefined));
   if (*idlc != 0) return void(c.fail(kIdlc, *idlc));
@@ -158,22 +153,19 @@ ZEB_API void e04rjc(void* handle, Integer nclin, const double bl[], const double
               {"icolb", icolb, nnzb}, {"b", b, nnzb}, {"idlc", idlc, 1}}))
     return;
   zeb::c_entry(fail, "e04rjc", kRjMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
-    e04rjft_(en, &handle, &nclin, bl, bu, &nnzb, irowb, icolb, b, idlc, eb, ie, zeb::kErrbufLen);
+    e04rjft_(en, handle, &nclin, bl, bu, &nnzb, irowb, icolb, b, idlc, eb, ie, zeb::kErrbufLen);
   });
 }
 
-#define E04RKF_ARGS(A)                                                                       \
-  A(in, zeb::Handle, handle) A(in, int64_t, ncnln) A(carr, double, bl) A(carr, double, bu)   \
-  A(in, int64_t, nnzgd) A(carr, int64_t, irowgd) A(carr, int64_t, icolgd)
 ZEB_LAYERS(e04rkf, E04RKF_ARGS)
 ZEB_FORTRAN_SUBROUTINE(e04rkf, E04RKF_ARGS, kRkMessages)
 
-extern "C" void e04rkfn_(void* const* handle, const int64_t* ncnln, const double* bl,
+extern "C" void e04rkfn_(void* handle, const int64_t* ncnln, const double* bl,
                          const double* bu, const int64_t* nnzgd, const int64_t* irowgd,
                          const int64_t* icolgd, char* errbuf, int64_t* ifail, int64_t len) {
   *ifail = 0;
   Check c{errbuf, len, ifail};
-  Problem* p = open_editable(*handle, errbuf, len, ifail);
+  Problem* p = open_editable(handle, errbuf, len, ifail);
   if (!p) return;
   if (p->hessians.count(0)) return void(c.fail(kObjectiveHessianFirst));
   if (p->nonlinear.defined) return void(c.fail(kRkDefined));
@@ -195,22 +187,19 @@ ZEB_API void e04rkc(void* handle, Integer ncnln, const double bl[], const double
               {"icolgd", icolgd, nnzgd}}))
     return;
   zeb::c_entry(fail, "e04rkc", kRkMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
-    e04rkft_(en, &handle, &ncnln, bl, bu, &nnzgd, irowgd, icolgd, eb, ie, zeb::kErrbufLen);
+    e04rkft_(en, handle, &ncnln, bl, bu, &nnzgd, irowgd, icolgd, eb, ie, zeb::kErrbufLen);
   });
 }
 
-#define E04RLF_ARGS(A)                                                                      \
-  A(in, zeb::Handle, handle) A(in, int64_t, idf) A(in, int64_t, nnzh) A(carr, int64_t, irowh) \
-  A(carr, int64_t, icolh)
 ZEB_LAYERS(e04rlf, E04RLF_ARGS)
 ZEB_FORTRAN_SUBROUTINE(e04rlf, E04RLF_ARGS, kRlMessages)
 
-extern "C" void e04rlfn_(void* const* handle, const int64_t* idfp, const int64_t* nnzh,
+extern "C" void e04rlfn_(void* handle, const int64_t* idfp, const int64_t* nnzh,
                          const int64_t* irowh, const int64_t* icolh, char* errbuf,
                          int64_t* ifail, int64_t len) {
   *ifail = 0;
   Check c{errbuf, len, ifail};
-  Problem* p = open_editable(*handle, errbuf, len, ifail);
+  Problem* p = open_editable(handle, errbuf, len, ifail);
   if (!p) return;
   const int64_t idf = *idfp, ncnln = p->nonlinear.bounds.size();
   const bool nl_objective = p->objective.kind >= kNonlinear;
@@ -232,6 +221,6 @@ ZEB_API void e04rlc(void* handle, Integer idf, Integer nnzh, const Integer irowh
                     const Integer icolh[], ZebError* fail) {
   if (c_null(fail, "e04rlc", {{"irowh", irowh, nnzh}, {"icolh", icolh, nnzh}})) return;
   zeb::c_entry(fail, "e04rlc", kRlMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
-    e04rlft_(en, &handle, &idf, &nnzh, irowh, icolh, eb, ie, zeb::kErrbufLen);
+    e04rlft_(en, handle, &idf, &nnzh, irowh, icolh, eb, ie, zeb::kErrbufLen);
   });
 }

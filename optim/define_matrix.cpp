@@ -8,6 +8,7 @@
 #include <string>
 
 #include "frame/layers.hpp"
+#include "optim/optim.def"
 #include "optim/checks.hpp"
 #include "optim/problem.hpp"
 #include "zeb/optim.h"
@@ -150,21 +151,17 @@ bool each_segment(const int64_t* counts, int64_t nseg, Each&& each) {
 
 }  // namespace
 
-#define E04RNF_ARGS(A)                                                                      \
-  A(in, zeb::Handle, handle) A(in, int64_t, nvar) A(in, int64_t, dima) A(carr, int64_t, nnza) \
-  A(in, int64_t, nnzasum) A(carr, int64_t, irowa) A(carr, int64_t, icola) A(carr, double, a)  \
-  A(in, int64_t, nblk) A(carr, int64_t, blksizea) A(inout, int64_t, idblk)
 ZEB_LAYERS(e04rnf, E04RNF_ARGS)
 ZEB_FORTRAN_SUBROUTINE(e04rnf, E04RNF_ARGS, kRnMessages)
 
-extern "C" void e04rnfn_(void* const* handle, const int64_t* nvar, const int64_t* dima,
+extern "C" void e04rnfn_(void* handle, const int64_t* nvar, const int64_t* dima,
                          const int64_t* nnza, const int64_t* nnzasum, const int64_t* irowa,
                          const int64_t* icola, const double* a, const int64_t* nblk,
                          const int64_t* blksizea, int64_t* idblk, char* errbuf, int64_t* ifail,
                          int64_t len) {
   *ifail = 0;
   Check c{errbuf, len, ifail};
-  Problem* p = open_editable(*handle, errbuf, len, ifail);
+  Problem* p = open_editable(handle, errbuf, len, ifail);
   if (!p) return;
   if (*nvar != p->nvar) return void(c.fail(kRnNvar, *nvar, p->nvar));
   if (*idblk != 0) return void(c.fail(kRnIdblk, *idblk));
@@ -211,26 +208,22 @@ ZEB_API void e04rnc(void* handle, Integer nvar, Integer dima, const Integer nnza
               {"idblk", idblk, 1}}))
     return;
   zeb::c_entry(fail, "e04rnc", kRnMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
-    e04rnft_(en, &handle, &nvar, &dima, nnza, &nnzasum, irowa, icola, a, &nblk, blksizea, idblk,
+    e04rnft_(en, handle, &nvar, &dima, nnza, &nnzasum, irowa, icola, a, &nblk, blksizea, idblk,
              eb, ie, zeb::kErrbufLen);
   });
 }
 
-#define E04RPF_ARGS(A)                                                                       \
-  A(in, zeb::Handle, handle) A(in, int64_t, idblk) A(in, int64_t, dimq) A(in, int64_t, nq)     \
-  A(carr, int64_t, qi) A(carr, int64_t, qj) A(carr, int64_t, nnzq) A(in, int64_t, nnzqsum)    \
-  A(carr, int64_t, irowq) A(carr, int64_t, icolq) A(carr, double, q)
 ZEB_LAYERS(e04rpf, E04RPF_ARGS)
 ZEB_FORTRAN_SUBROUTINE(e04rpf, E04RPF_ARGS, kRpMessages)
 
-extern "C" void e04rpfn_(void* const* handle, const int64_t* idblkp, const int64_t* dimq,
+extern "C" void e04rpfn_(void* handle, const int64_t* idblkp, const int64_t* dimq,
                          const int64_t* nq, const int64_t* qi, const int64_t* qj,
                          const int64_t* nnzq, const int64_t* nnzqsum, const int64_t* irowq,
                          const int64_t* icolq, const double* q, char* errbuf, int64_t* ifail,
                          int64_t len) {
   *ifail = 0;
   Check c{errbuf, len, ifail};
-  Problem* p = open_editable(*handle, errbuf, len, ifail);
+  Problem* p = open_editable(handle, errbuf, len, ifail);
   if (!p) return;
   const int64_t idblk = *idblkp, nblocks = int64_t(p->matrices.size());
   if (idblk >= 0 && nblocks == 0) return void(c.fail(kNoBlocks));
@@ -278,23 +271,20 @@ ZEB_API void e04rpc(void* handle, Integer idblk, Integer dimq, Integer nq, const
               {"icolq", icolq, nnzqsum}, {"q", q, nnzqsum}}))
     return;
   zeb::c_entry(fail, "e04rpc", kRpMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
-    e04rpft_(en, &handle, &idblk, &dimq, &nq, qi, qj, nnzq, &nnzqsum, irowq, icolq, q, eb, ie,
+    e04rpft_(en, handle, &idblk, &dimq, &nq, qi, qj, nnzq, &nnzqsum, irowq, icolq, q, eb, ie,
              zeb::kErrbufLen);
   });
 }
 
-#define E04RBF_ARGS(A)                                                                   \
-  A(in, zeb::Handle, handle) A(str, char, gtype) A(in, int64_t, lgroup)                  \
-  A(carr, int64_t, group) A(inout, int64_t, idgroup)
 ZEB_LAYERS(e04rbf, E04RBF_ARGS)
 ZEB_FORTRAN_SUBROUTINE(e04rbf, E04RBF_ARGS, kRbMessages)
 
-extern "C" void e04rbfn_(void* const* handle, const char* gtype, int64_t gtype_len,
+extern "C" void e04rbfn_(void* handle, const char* gtype, int64_t gtype_len,
                          const int64_t* lgroup, const int64_t* group, int64_t* idgroup,
                          char* errbuf, int64_t* ifail, int64_t len) {
   *ifail = 0;
   Check c{errbuf, len, ifail};
-  Problem* p = open_editable(*handle, errbuf, len, ifail);
+  Problem* p = open_editable(handle, errbuf, len, ifail);
   if (!p) return;
   const int64_t id = *idgroup, ncones = int64_t(p->cones.size()), n = *lgroup;
   // A variable in another cone: (variable, cone) pairs of the cones defined.
@@ -331,6 +321,6 @@ ZEB_API void e04rbc(void* handle, const char* gtype, Integer lgroup, const Integ
     return;
   const int64_t glen = int64_t(std::strlen(gtype));
   zeb::c_entry(fail, "e04rbc", kRbMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
-    e04rbft_(en, &handle, gtype, glen, &lgroup, group, idgroup, eb, ie, zeb::kErrbufLen);
+    e04rbft_(en, handle, gtype, glen, &lgroup, group, idgroup, eb, ie, zeb::kErrbufLen);
   });
 }

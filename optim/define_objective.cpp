@@ -3,6 +3,7 @@
 // gradient), e04rm (nonlinear least squares: residuals and the sparsity of
 // their first derivatives).
 #include "frame/layers.hpp"
+#include "optim/optim.def"
 #include "optim/checks.hpp"
 #include "optim/problem.hpp"
 #include "zeb/optim.h"
@@ -71,15 +72,14 @@ constexpr const zeb::MsgRow* kRmMessages[] = {
 
 }  // namespace
 
-#define E04REF_ARGS(A) A(in, zeb::Handle, handle) A(in, int64_t, nvar) A(carr, double, cvec)
 ZEB_LAYERS(e04ref, E04REF_ARGS)
 ZEB_FORTRAN_SUBROUTINE(e04ref, E04REF_ARGS, kReMessages)
 
-extern "C" void e04refn_(void* const* handle, const int64_t* nvar, const double* cvec,
+extern "C" void e04refn_(void* handle, const int64_t* nvar, const double* cvec,
                          char* errbuf, int64_t* ifail, int64_t len) {
   *ifail = 0;
   Check c{errbuf, len, ifail};
-  Problem* p = open_objective(*handle, false, c);
+  Problem* p = open_objective(handle, false, c);
   if (!p) return;
   if (*nvar != p->nvar) return void(c.fail(kReNvar, *nvar, p->nvar));
   Objective o;
@@ -91,23 +91,20 @@ extern "C" void e04refn_(void* const* handle, const int64_t* nvar, const double*
 ZEB_API void e04rec(void* handle, Integer nvar, const double cvec[], ZebError* fail) {
   if (c_null(fail, "e04rec", {{"cvec", cvec, nvar}})) return;
   zeb::c_entry(fail, "e04rec", kReMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
-    e04reft_(en, &handle, &nvar, cvec, eb, ie, zeb::kErrbufLen);
+    e04reft_(en, handle, &nvar, cvec, eb, ie, zeb::kErrbufLen);
   });
 }
 
-#define E04RFF_ARGS(A)                                                                     \
-  A(in, zeb::Handle, handle) A(in, int64_t, nnzc) A(carr, int64_t, idxc) A(carr, double, c)      \
-  A(in, int64_t, nnzh) A(carr, int64_t, irowh) A(carr, int64_t, icolh) A(carr, double, h)
 ZEB_LAYERS(e04rff, E04RFF_ARGS)
 ZEB_FORTRAN_SUBROUTINE(e04rff, E04RFF_ARGS, kRfMessages)
 
-extern "C" void e04rffn_(void* const* handle, const int64_t* nnzc, const int64_t* idxc,
+extern "C" void e04rffn_(void* handle, const int64_t* nnzc, const int64_t* idxc,
                          const double* cv, const int64_t* nnzh, const int64_t* irowh,
                          const int64_t* icolh, const double* h, char* errbuf, int64_t* ifail,
                          int64_t len) {
   *ifail = 0;
   Check c{errbuf, len, ifail};
-  Problem* p = open_objective(*handle, false, c);
+  Problem* p = open_objective(handle, false, c);
   if (!p) return;
   const int64_t n = p->nvar;
   if (!(c.count(*nnzc, 0, kNnzc) && c.count(*nnzh, 0, kNnzh) &&
@@ -130,19 +127,18 @@ ZEB_API void e04rfc(void* handle, Integer nnzc, const Integer idxc[], const doub
                               {"icolh", icolh, nnzh}, {"h", h, nnzh}}))
     return;
   zeb::c_entry(fail, "e04rfc", kRfMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
-    e04rfft_(en, &handle, &nnzc, idxc, c, &nnzh, irowh, icolh, h, eb, ie, zeb::kErrbufLen);
+    e04rfft_(en, handle, &nnzc, idxc, c, &nnzh, irowh, icolh, h, eb, ie, zeb::kErrbufLen);
   });
 }
 
-#define E04RGF_ARGS(A) A(in, zeb::Handle, handle) A(in, int64_t, nnzfd) A(carr, int64_t, idxfd)
 ZEB_LAYERS(e04rgf, E04RGF_ARGS)
 ZEB_FORTRAN_SUBROUTINE(e04rgf, E04RGF_ARGS, kRgMessages)
 
-extern "C" void e04rgfn_(void* const* handle, const int64_t* nnzfd, const int64_t* idxfd,
+extern "C" void e04rgfn_(void* handle, const int64_t* nnzfd, const int64_t* idxfd,
                          char* errbuf, int64_t* ifail, int64_t len) {
   *ifail = 0;
   Check c{errbuf, len, ifail};
-  Problem* p = open_objective(*handle, true, c);
+  Problem* p = open_objective(handle, true, c);
   if (!p || !(c.count(*nnzfd, 0, kNnzfd) && c.ascending(idxfd, *nnzfd, kIdxfdOrder) &&
               c.range(idxfd, *nnzfd, p->nvar, kIdxfdRange)))
     return;
@@ -155,22 +151,19 @@ extern "C" void e04rgfn_(void* const* handle, const int64_t* nnzfd, const int64_
 ZEB_API void e04rgc(void* handle, Integer nnzfd, const Integer idxfd[], ZebError* fail) {
   if (c_null(fail, "e04rgc", {{"idxfd", idxfd, nnzfd}})) return;
   zeb::c_entry(fail, "e04rgc", kRgMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
-    e04rgft_(en, &handle, &nnzfd, idxfd, eb, ie, zeb::kErrbufLen);
+    e04rgft_(en, handle, &nnzfd, idxfd, eb, ie, zeb::kErrbufLen);
   });
 }
 
-#define E04RMF_ARGS(A)                                                                      \
-  A(in, zeb::Handle, handle) A(in, int64_t, nres) A(in, int64_t, isparse) A(in, int64_t, nnzrd)   \
-  A(carr, int64_t, irowrd) A(carr, int64_t, icolrd)
 ZEB_LAYERS(e04rmf, E04RMF_ARGS)
 ZEB_FORTRAN_SUBROUTINE(e04rmf, E04RMF_ARGS, kRmMessages)
 
-extern "C" void e04rmfn_(void* const* handle, const int64_t* nres, const int64_t* isparse,
+extern "C" void e04rmfn_(void* handle, const int64_t* nres, const int64_t* isparse,
                          const int64_t* nnzrd, const int64_t* irowrd, const int64_t* icolrd,
                          char* errbuf, int64_t* ifail, int64_t len) {
   *ifail = 0;
   Check c{errbuf, len, ifail};
-  Problem* p = open_objective(*handle, true, c);
+  Problem* p = open_objective(handle, true, c);
   if (!p || !c.count(*nres, 0, kNres)) return;
   if (*isparse != 0 && *isparse != 1) return void(c.fail(kIsparse, *isparse));
   const bool sparse = *isparse == 1;
@@ -190,6 +183,6 @@ ZEB_API void e04rmc(void* handle, Integer nres, Integer isparse, Integer nnzrd,
   const int64_t n = isparse == 1 ? nnzrd : 0;  // the pattern is read only when sparse
   if (c_null(fail, "e04rmc", {{"irowrd", irowrd, n}, {"icolrd", icolrd, n}})) return;
   zeb::c_entry(fail, "e04rmc", kRmMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
-    e04rmft_(en, &handle, &nres, &isparse, &nnzrd, irowrd, icolrd, eb, ie, zeb::kErrbufLen);
+    e04rmft_(en, handle, &nres, &isparse, &nnzrd, irowrd, icolrd, eb, ie, zeb::kErrbufLen);
   });
 }

@@ -4,6 +4,7 @@
 #include <new>
 
 #include "frame/layers.hpp"
+#include "optim/optim.def"
 #include "optim/problem.hpp"
 #include "zeb/optim.h"
 
@@ -56,7 +57,6 @@ constexpr const zeb::MsgRow* kFreeMessages[] = {ZEB_OPT_HANDLE_ROWS};
 
 }  // namespace
 
-#define E04RAF_ARGS(A) A(out, void*, handle) A(in, int64_t, nvar)
 ZEB_LAYERS(e04raf, E04RAF_ARGS)
 ZEB_FORTRAN_SUBROUTINE(e04raf, E04RAF_ARGS, kInitMessages)
 
@@ -79,7 +79,6 @@ ZEB_API void e04rac(void** handle, Integer nvar, ZebError* fail) {
   });
 }
 
-#define E04RZF_ARGS(A) A(inout, void*, handle)
 ZEB_LAYERS(e04rzf, E04RZF_ARGS)
 ZEB_FORTRAN_SUBROUTINE(e04rzf, E04RZF_ARGS, kFreeMessages)
 

@@ -12,12 +12,6 @@
 #include "frame/frame.hpp"
 #include "optim/options.hpp"
 
-namespace zeb {
-// A handle as the argument rows name it: the layers under the Fortran entry
-// take `const Handle*` (the Fortran entry's type(c_ptr) by reference).
-using Handle = void*;
-}  // namespace zeb
-
 namespace zeb::opt {
 
 // The phases of a handle.

@@ -19,6 +19,7 @@
 #include <new>
 
 #include "frame/layers.hpp"
+#include "quad/quad.def"
 #include "sort/rank.hpp"
 #include "zeb/quad.h"
 
@@ -511,12 +512,8 @@ typedef void (*D01ajMarshal)(zeb::RealFn1, ZebEnData*, const double*, double*, i
 // The adapter d01ajf_fh_ and the callback shims of the user function.
 ZEB_REAL1_CALLBACK(d01ajf, "d01ajfv:f")
 
-#define D01AJ_ARGS(A)                                                                    \
-  A(fun, D01ajMarshal, marshal) A(fun, zeb::RealFn1, f) A(in, double, a) A(in, double, b) \
-  A(in, double, epsabs) A(in, double, epsrel) A(out, double, result)                     \
-  A(out, double, abserr) A(arr, double, w) A(in, int64_t, lw) A(arr, int64_t, iw)        \
-  A(in, int64_t, liw)
-ZEB_LAYERS_EN(d01ajf, D01AJ_ARGS)
+ZEB_LAYERS_EN(d01ajf, D01AJF_ARGS)
+ZEB_FORTRAN_SUBROUTINE(d01ajf, D01AJF_ARGS, kD01ajMessages)
 
 extern "C" {
 void m01dafn_(const double* rv, const int64_t* m1, const int64_t* m2, const char* order,
@@ -585,15 +582,6 @@ extern "C" void d01ajfn_(ZebEnData* en, D01ajMarshal marshal, zeb::RealFn1 fun,
     case 4: zeb::fail(errbuf, errbuf_len, ifail, kRoundoffExtrapolation); break;
     default: zeb::fail(errbuf, errbuf_len, ifail, kNoConvergence); break;
   }
-}
-
-ZEB_API void d01ajf_(zeb::RealFn1 f, const double* a, const double* b, const double* epsabs,
-                     const double* epsrel, double* result, double* abserr, double* w,
-                     const int64_t* lw, int64_t* iw, const int64_t* liw, int64_t* ifail) {
-  zeb::fortran_entry("d01ajf", kD01ajMessages, ifail, [&](ZebEnData* en, char* eb, int64_t* ie) {
-    d01ajft_(en, d01ajf_internal_fh_, f, a, b, epsabs, epsrel, result, abserr, w, lw, iw, liw,
-             eb, ie, zeb::kErrbufLen);
-  });
 }
 
 // d01sjc: the C entry.  Allocates the lists itself (max_num_subint entries

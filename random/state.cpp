@@ -7,6 +7,7 @@
 #include "frame/layers.hpp"
 #include "random/common.hpp"
 #include "random/rng.hpp"
+#include "random/random.def"
 #include "zeb/random.h"
 
 namespace zeb::rng {
@@ -176,11 +177,8 @@ void init_fail(int64_t f, const zeb::Msg<2>& lstate_row, int64_t genid, int64_t 
 
 }  // namespace
 
-#define G05KF_ARGS(A)                                                                       \
-  A(in, int64_t, genid) A(in, int64_t, subid) A(carr, int64_t, seed) A(in, int64_t, lseed) \
-  A(arr, int64_t, state) A(inout, int64_t, lstate)
-ZEB_LAYERS(g05kff, G05KF_ARGS)
-ZEB_FORTRAN_SUBROUTINE(g05kff, G05KF_ARGS, kInitMessages)
+ZEB_LAYERS(g05kff, G05KFF_ARGS)
+ZEB_FORTRAN_SUBROUTINE(g05kff, G05KFF_ARGS, kInitMessages)
 
 extern "C" void g05kffn_(const int64_t* genid, const int64_t* subid, const int64_t* seed,
                          const int64_t* lseed, int64_t* state, int64_t* lstate, char* errbuf,
@@ -196,10 +194,8 @@ extern "C" void g05kffn_(const int64_t* genid, const int64_t* subid, const int64
 // clock, date and time, processor time and its random source.
 extern "C" void zeb_f_nonrepeatable_seed(int64_t* s1, int64_t* s2);
 
-#define G05KG_ARGS(A) \
-  A(in, int64_t, genid) A(in, int64_t, subid) A(arr, int64_t, state) A(inout, int64_t, lstate)
-ZEB_LAYERS(g05kgf, G05KG_ARGS)
-ZEB_FORTRAN_SUBROUTINE(g05kgf, G05KG_ARGS, kNonrepMessages)
+ZEB_LAYERS(g05kgf, G05KGF_ARGS)
+ZEB_FORTRAN_SUBROUTINE(g05kgf, G05KGF_ARGS, kNonrepMessages)
 
 extern "C" void g05kgfn_(const int64_t* genid, const int64_t* subid, int64_t* state,
                          int64_t* lstate, char* errbuf, int64_t* ifail, int64_t errbuf_len) {

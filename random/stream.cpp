@@ -5,6 +5,7 @@
 #include "frame/layers.hpp"
 #include "random/common.hpp"
 #include "random/rng.hpp"
+#include "random/random.def"
 #include "zeb/random.h"
 
 using namespace zeb::rng;
@@ -69,27 +70,24 @@ void skip(SkipFn* Generator::*which, const SkipRows& rows, const int64_t* a, int
 
 }  // namespace
 
-#define G05KJ_ARGS(A) A(in, int64_t, n) A(arr, int64_t, state)
-ZEB_LAYERS(g05kjf, G05KJ_ARGS)
-ZEB_FORTRAN_SUBROUTINE(g05kjf, G05KJ_ARGS, kSkipMessages)
+ZEB_LAYERS(g05kjf, G05KJF_ARGS)
+ZEB_FORTRAN_SUBROUTINE(g05kjf, G05KJF_ARGS, kSkipMessages)
 
 extern "C" void g05kjfn_(const int64_t* n, int64_t* state, char* errbuf, int64_t* ifail,
                          int64_t len) {
   skip(&Generator::skip, kSkipRows, n, state, errbuf, len, ifail);
 }
 
-#define G05KK_ARGS(A) A(in, int64_t, e) A(arr, int64_t, state)
-ZEB_LAYERS(g05kkf, G05KK_ARGS)
-ZEB_FORTRAN_SUBROUTINE(g05kkf, G05KK_ARGS, kSkip2Messages)
+ZEB_LAYERS(g05kkf, G05KKF_ARGS)
+ZEB_FORTRAN_SUBROUTINE(g05kkf, G05KKF_ARGS, kSkip2Messages)
 
 extern "C" void g05kkfn_(const int64_t* e, int64_t* state, char* errbuf, int64_t* ifail,
                          int64_t len) {
   skip(&Generator::skip2, kSkip2Rows, e, state, errbuf, len, ifail);
 }
 
-#define G05KH_ARGS(A) A(in, int64_t, n) A(in, int64_t, k) A(arr, int64_t, state)
-ZEB_LAYERS(g05khf, G05KH_ARGS)
-ZEB_FORTRAN_SUBROUTINE(g05khf, G05KH_ARGS, kLeapMessages)
+ZEB_LAYERS(g05khf, G05KHF_ARGS)
+ZEB_FORTRAN_SUBROUTINE(g05khf, G05KHF_ARGS, kLeapMessages)
 
 extern "C" void g05khfn_(const int64_t* n, const int64_t* k, int64_t* state, char* errbuf,
                          int64_t* ifail, int64_t len) {

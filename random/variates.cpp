@@ -6,6 +6,7 @@
 #include "frame/layers.hpp"
 #include "random/common.hpp"
 #include "random/rng.hpp"
+#include "random/random.def"
 #include "zeb/random.h"
 
 using namespace zeb::rng;
@@ -72,9 +73,8 @@ void draw(int64_t n, int64_t* state, double* x) {
 
 }  // namespace
 
-#define G05SA_ARGS(A) A(in, int64_t, n) A(arr, int64_t, state) A(arr, double, x)
-ZEB_LAYERS(g05saf, G05SA_ARGS)
-ZEB_FORTRAN_SUBROUTINE(g05saf, G05SA_ARGS, kUniformMessages)
+ZEB_LAYERS(g05saf, G05SAF_ARGS)
+ZEB_FORTRAN_SUBROUTINE(g05saf, G05SAF_ARGS, kUniformMessages)
 
 extern "C" void g05safn_(const int64_t* n, int64_t* state, double* x, char* errbuf,
                          int64_t* ifail, int64_t len) {
@@ -84,10 +84,8 @@ extern "C" void g05safn_(const int64_t* n, int64_t* state, double* x, char* errb
   draw(*n, state, x);
 }
 
-#define G05SK_ARGS(A) \
-  A(in, int64_t, n) A(in, double, xmu) A(in, double, var) A(arr, int64_t, state) A(arr, double, x)
-ZEB_LAYERS(g05skf, G05SK_ARGS)
-ZEB_FORTRAN_SUBROUTINE(g05skf, G05SK_ARGS, kNormalMessages)
+ZEB_LAYERS(g05skf, G05SKF_ARGS)
+ZEB_FORTRAN_SUBROUTINE(g05skf, G05SKF_ARGS, kNormalMessages)
 
 extern "C" void g05skfn_(const int64_t* n, const double* xmu, const double* var,
                          int64_t* state, double* x, char* errbuf, int64_t* ifail,

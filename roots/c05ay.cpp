@@ -6,6 +6,7 @@
 
 #include "frame/layers.hpp"
 #include "roots/c05.hpp"
+#include "roots/roots.def"
 #include "zeb/roots.h"
 
 namespace {
@@ -50,10 +51,8 @@ constexpr int64_t kAbsolute = 1;  // the error control of the direct form
 // The adapter c05ayf_fh_ and the callback shims of the user function.
 ZEB_REAL1_CALLBACK(c05ayf, "c05ayfv:f")
 
-#define C05AY_ARGS(A)                                                                       \
-  A(in, double, a) A(in, double, b) A(in, double, eps) A(in, double, eta)                    \
-  A(fun, C05ayMarshal, marshal) A(fun, zeb::RealFn1, f) A(out, double, x)
-ZEB_LAYERS_EN(c05ayf, C05AY_ARGS)
+ZEB_LAYERS_EN(c05ayf, C05AYF_ARGS)
+ZEB_FORTRAN_SUBROUTINE(c05ayf, C05AYF_ARGS, kC05ayMessages)
 
 extern "C" void c05ayfn_(ZebEnData* en, const double* a, const double* b, const double* eps,
                          const double* eta, C05ayMarshal marshal, zeb::RealFn1 fun, double* x,
@@ -113,13 +112,6 @@ extern "C" void c05ayfn_(ZebEnData* en, const double* a, const double* b, const 
           default: zeb::fail_internal(errbuf, errbuf_len, ifail); break;
         }
       });
-}
-
-ZEB_API void c05ayf_(const double* a, const double* b, const double* eps, const double* eta,
-                     zeb::RealFn1 f, double* x, int64_t* ifail) {
-  zeb::fortran_entry("c05ayf", kC05ayMessages, ifail, [&](ZebEnData* en, char* eb, int64_t* ie) {
-    c05ayft_(en, a, b, eps, eta, c05ayf_internal_fh_, f, x, eb, ie, zeb::kErrbufLen);
-  });
 }
 
 ZEB_API void c05ayc(double a, double b, double eps, double eta,

@@ -17,6 +17,7 @@
 
 #include "frame/layers.hpp"
 #include "roots/c05.hpp"
+#include "roots/roots.def"
 #include "zeb/roots.h"
 
 namespace {
@@ -45,11 +46,8 @@ constexpr const zeb::MsgRow* kC05azMessages[] = {&kSameSign, &kBadInd, &kBadTolx
 
 }  // namespace
 
-#define C05AZ_ARGS(A)                                                                   \
-  A(inout, double, x) A(inout, double, y) A(in, double, fx) A(in, double, tolx)         \
-  A(in, int64_t, ir) A(arr, double, c) A(inout, int64_t, ind)
-ZEB_LAYERS(c05azf, C05AZ_ARGS)
-ZEB_FORTRAN_SUBROUTINE(c05azf, C05AZ_ARGS, kC05azMessages)
+ZEB_LAYERS(c05azf, C05AZF_ARGS)
+ZEB_FORTRAN_SUBROUTINE(c05azf, C05AZF_ARGS, kC05azMessages)
 
 extern "C" void c05azfn_(double* x, double* y, const double* fxp, const double* tolxp,
                          const int64_t* irp, double* c1, int64_t* ind, char* errbuf,

@@ -13,6 +13,7 @@
 
 #include "frame/layers.hpp"
 #include "sort/checks.hpp"
+#include "sort/sort.def"
 #include "zeb/sort.h"
 
 namespace {
@@ -131,9 +132,8 @@ void quick_insertion_sort(double* a, int64_t m1, int64_t m2) {
 
 }  // namespace
 
-#define M01CA_ARGS(A) A(arr, double, rv) A(in, int64_t, m1) A(in, int64_t, m2) A(chr, char, order)
-ZEB_LAYERS(m01caf, M01CA_ARGS)
-ZEB_FORTRAN_SUBROUTINE(m01caf, M01CA_ARGS, kSortMessages)
+ZEB_LAYERS(m01caf, M01CAF_ARGS)
+ZEB_FORTRAN_SUBROUTINE(m01caf, M01CAF_ARGS, kSortMessages)
 
 extern "C" void m01cafn_(double* rv, const int64_t* m1p, const int64_t* m2p, const char* order,
                          char* errbuf, int64_t* ifail, int64_t errbuf_len) {

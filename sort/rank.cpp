@@ -8,6 +8,7 @@
 #include "frame/layers.hpp"
 #include "sort/checks.hpp"
 #include "sort/rank.hpp"
+#include "sort/sort.def"
 #include "zeb/sort.h"
 
 namespace {
@@ -110,10 +111,8 @@ void rearrange_by_ranks(double* const* lists, int nlists, int64_t n, int64_t* ra
 
 }  // namespace zeb
 
-#define M01DA_ARGS(A) \
-  A(carr, double, rv) A(in, int64_t, m1) A(in, int64_t, m2) A(chr, char, order) A(arr, int64_t, irank)
-ZEB_LAYERS(m01daf, M01DA_ARGS)
-ZEB_FORTRAN_SUBROUTINE(m01daf, M01DA_ARGS, kRankMessages)
+ZEB_LAYERS(m01daf, M01DAF_ARGS)
+ZEB_FORTRAN_SUBROUTINE(m01daf, M01DAF_ARGS, kRankMessages)
 
 extern "C" void m01dafn_(const double* rv, const int64_t* m1p, const int64_t* m2p,
                          const char* order, int64_t* irank, char* errbuf, int64_t* ifail,
@@ -154,9 +153,8 @@ ZEB_API void m01dac(const double rv[], Integer m1, Integer m2, Zeb_SortOrder ord
   });
 }
 
-#define M01EA_ARGS(A) A(arr, double, rv) A(in, int64_t, m1) A(in, int64_t, m2) A(arr, int64_t, irank)
-ZEB_LAYERS(m01eaf, M01EA_ARGS)
-ZEB_FORTRAN_SUBROUTINE(m01eaf, M01EA_ARGS, kRearrangeMessages)
+ZEB_LAYERS(m01eaf, M01EAF_ARGS)
+ZEB_FORTRAN_SUBROUTINE(m01eaf, M01EAF_ARGS, kRearrangeMessages)
 
 extern "C" void m01eafn_(double* rv, const int64_t* m1p, const int64_t* m2p, int64_t* irank,
                          char* errbuf, int64_t* ifail, int64_t errbuf_len) {

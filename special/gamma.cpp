@@ -3,6 +3,7 @@
 
 #include "frame/layers.hpp"
 #include "frame/machine.hpp"
+#include "special/special.def"
 #include "zeb/special.h"
 
 namespace {
@@ -59,9 +60,8 @@ constexpr const zeb::MsgRow* kLogGammaMessages[] = {&kLogNotPositive, &kLogTooLa
 
 }  // namespace
 
-#define S14AA_ARGS(A) A(in, double, x) A(res, double, gx)
-ZEB_LAYERS(s14aaf, S14AA_ARGS)
-ZEB_FORTRAN_FUNCTION(s14aaf, double, S14AA_ARGS, kGammaMessages)
+ZEB_LAYERS(s14aaf, S14AAF_ARGS)
+ZEB_FORTRAN_FUNCTION(s14aaf, double, S14AAF_ARGS, kGammaMessages)
 
 extern "C" void s14aafn_(const double* xp, double* gx, char* errbuf, int64_t* ifail,
                          int64_t errbuf_len) {
@@ -175,9 +175,8 @@ inline double ratio(const double (&p)[8], const double (&q)[8], double z, double
 
 }  // namespace
 
-#define S14AB_ARGS(A) A(in, double, x) A(res, double, y)
-ZEB_LAYERS(s14abf, S14AB_ARGS)
-ZEB_FORTRAN_FUNCTION(s14abf, double, S14AB_ARGS, kLogGammaMessages)
+ZEB_LAYERS(s14abf, S14ABF_ARGS)
+ZEB_FORTRAN_FUNCTION(s14abf, double, S14ABF_ARGS, kLogGammaMessages)
 
 extern "C" void s14abfn_(const double* xp, double* res, char* errbuf, int64_t* ifail,
                          int64_t errbuf_len) {

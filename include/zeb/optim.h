@@ -55,7 +55,7 @@ void e04rzf_(void **handle, Integer *ifail);
 /* e04re: the linear objective c'x, c dense (cvec, nvar elements).  The
    objective is defined once, by one of e04re, e04rf, e04rg, e04rm. */
 void e04rec(void *handle, Integer nvar, const double cvec[], ZebError *fail);
-void e04ref_(void *const *handle, const Integer *nvar, const double cvec[], Integer *ifail);
+void e04ref_(void **handle, const Integer *nvar, const double cvec[], Integer *ifail);
 #define zeb_opt_handle_set_linobj e04rec
 
 /* e04rf: the quadratic objective c'x + x'Hx/2: c sparse (nnzc >= 0 indices
@@ -63,7 +63,7 @@ void e04ref_(void *const *handle, const Integer *nvar, const double cvec[], Inte
    0 elements irowh, icolh, h).  With nnzh = 0 the objective is linear. */
 void e04rfc(void *handle, Integer nnzc, const Integer idxc[], const double c[], Integer nnzh,
             const Integer irowh[], const Integer icolh[], const double h[], ZebError *fail);
-void e04rff_(void *const *handle, const Integer *nnzc, const Integer idxc[], const double c[],
+void e04rff_(void **handle, const Integer *nnzc, const Integer idxc[], const double c[],
              const Integer *nnzh, const Integer irowh[], const Integer icolh[], const double h[],
              Integer *ifail);
 #define zeb_opt_handle_set_quadobj e04rfc
@@ -72,7 +72,7 @@ void e04rff_(void *const *handle, const Integer *nnzc, const Integer idxc[], con
    its gradient has nonzeros at the nnzfd >= 0 variables idxfd (strictly
    ascending). */
 void e04rgc(void *handle, Integer nnzfd, const Integer idxfd[], ZebError *fail);
-void e04rgf_(void *const *handle, const Integer *nnzfd, const Integer idxfd[], Integer *ifail);
+void e04rgf_(void **handle, const Integer *nnzfd, const Integer idxfd[], Integer *ifail);
 #define zeb_opt_handle_set_nlnobj e04rgc
 
 /* e04rm: a nonlinear least-squares objective sum r_i(x)^2 / 2 of nres >= 0
@@ -82,13 +82,13 @@ void e04rgf_(void *const *handle, const Integer *nnzfd, const Integer idxfd[], I
    1..nres. */
 void e04rmc(void *handle, Integer nres, Integer isparse, Integer nnzrd, const Integer irowrd[],
             const Integer icolrd[], ZebError *fail);
-void e04rmf_(void *const *handle, const Integer *nres, const Integer *isparse, const Integer *nnzrd,
+void e04rmf_(void **handle, const Integer *nres, const Integer *isparse, const Integer *nnzrd,
              const Integer irowrd[], const Integer icolrd[], Integer *ifail);
 #define zeb_opt_handle_set_nlnls e04rmc
 
 /* e04rh: simple bounds bl <= x <= bu (nvar elements each), once. */
 void e04rhc(void *handle, Integer nvar, const double bl[], const double bu[], ZebError *fail);
-void e04rhf_(void *const *handle, const Integer *nvar, const double bl[], const double bu[],
+void e04rhf_(void **handle, const Integer *nvar, const double bl[], const double bu[],
              Integer *ifail);
 #define zeb_opt_handle_set_simplebounds e04rhc
 
@@ -98,7 +98,7 @@ void e04rhf_(void *const *handle, const Integer *nvar, const double bl[], const 
 void e04rjc(void *handle, Integer nclin, const double bl[], const double bu[], Integer nnzb,
             const Integer irowb[], const Integer icolb[], const double b[], Integer *idlc,
             ZebError *fail);
-void e04rjf_(void *const *handle, const Integer *nclin, const double bl[], const double bu[],
+void e04rjf_(void **handle, const Integer *nclin, const double bl[], const double bu[],
              const Integer *nnzb, const Integer irowb[], const Integer icolb[], const double b[],
              Integer *idlc, Integer *ifail);
 #define zeb_opt_handle_set_linconstr e04rjc
@@ -109,7 +109,7 @@ void e04rjf_(void *const *handle, const Integer *nclin, const double bl[], const
    objective has been given to e04rl. */
 void e04rkc(void *handle, Integer ncnln, const double bl[], const double bu[], Integer nnzgd,
             const Integer irowgd[], const Integer icolgd[], ZebError *fail);
-void e04rkf_(void *const *handle, const Integer *ncnln, const double bl[], const double bu[],
+void e04rkf_(void **handle, const Integer *ncnln, const double bl[], const double bu[],
              const Integer *nnzgd, const Integer irowgd[], const Integer icolgd[],
              Integer *ifail);
 #define zeb_opt_handle_set_nlnconstr e04rkc
@@ -120,7 +120,7 @@ void e04rkf_(void *const *handle, const Integer *ncnln, const double bl[], const
    individual ones).  Each once. */
 void e04rlc(void *handle, Integer idf, Integer nnzh, const Integer irowh[], const Integer icolh[],
             ZebError *fail);
-void e04rlf_(void *const *handle, const Integer *idf, const Integer *nnzh, const Integer irowh[],
+void e04rlf_(void **handle, const Integer *idf, const Integer *nnzh, const Integer irowh[],
              const Integer icolh[], Integer *ifail);
 #define zeb_opt_handle_set_nlnhess e04rlc
 
@@ -133,7 +133,7 @@ void e04rlf_(void *const *handle, const Integer *idf, const Integer *nnzh, const
 void e04rnc(void *handle, Integer nvar, Integer dima, const Integer nnza[], Integer nnzasum,
             const Integer irowa[], const Integer icola[], const double a[], Integer nblk,
             const Integer blksizea[], Integer *idblk, ZebError *fail);
-void e04rnf_(void *const *handle, const Integer *nvar, const Integer *dima, const Integer nnza[],
+void e04rnf_(void **handle, const Integer *nvar, const Integer *dima, const Integer nnza[],
              const Integer *nnzasum, const Integer irowa[], const Integer icola[],
              const double a[], const Integer *nblk, const Integer blksizea[], Integer *idblk,
              Integer *ifail);
@@ -146,7 +146,7 @@ void e04rnf_(void *const *handle, const Integer *nvar, const Integer *dima, cons
 void e04rpc(void *handle, Integer idblk, Integer dimq, Integer nq, const Integer qi[],
             const Integer qj[], const Integer nnzq[], Integer nnzqsum, const Integer irowq[],
             const Integer icolq[], const double q[], ZebError *fail);
-void e04rpf_(void *const *handle, const Integer *idblk, const Integer *dimq, const Integer *nq,
+void e04rpf_(void **handle, const Integer *idblk, const Integer *dimq, const Integer *nq,
              const Integer qi[], const Integer qj[], const Integer nnzq[],
              const Integer *nnzqsum, const Integer irowq[], const Integer icolq[],
              const double q[], Integer *ifail);
@@ -159,7 +159,7 @@ void e04rpf_(void *const *handle, const Integer *idblk, const Integer *dimq, con
    one cone at most. */
 void e04rbc(void *handle, const char *gtype, Integer lgroup, const Integer group[],
             Integer *idgroup, ZebError *fail);
-void e04rbf_(void *const *handle, const char *gtype, const Integer *lgroup, const Integer group[],
+void e04rbf_(void **handle, const char *gtype, const Integer *lgroup, const Integer group[],
              Integer *idgroup, Integer *ifail, size_t gtype_len);
 #define zeb_opt_handle_set_group e04rbc
 

@@ -39,7 +39,7 @@ const std::string kValue90 = std::string(60, 'v') + " and thirty more characters
 
 }  // namespace
 
-#define ZZT01_ARGS(A) A(in, int64_t, mode) A(res, double, y)
+#define ZZT01_ARGS(A) A(in, int64_t, mode) A(res, double, y) A(ifail, int64_t, ifail)
 ZEB_LAYERS(zzt01f, ZZT01_ARGS)
 ZEB_FORTRAN_FUNCTION(zzt01f, double, ZZT01_ARGS, kTestMessages)
 
