@@ -101,7 +101,16 @@ struct Problem {
   Options options;
   int64_t solver = 0;     // the solver tied to the handle (0: none yet)
   bool potato = false;    // found by the report
+  // What the last solver left: the primal point, the multipliers of the
+  // bounds and constraints, and those of the cones (empty: none yet).
+  std::vector<double> x, u, uc;
 };
+
+// The size of the multiplier vector u: a lower and an upper multiplier for
+// every variable, linear constraint and nonlinear constraint.
+inline int64_t multipliers(const Problem& p) {
+  return 2 * (p.nvar + p.linear.bounds.size() + p.nonlinear.bounds.size());
+}
 
 // The threshold beyond which a bound is no bound.
 double bigbnd(const Problem& p);

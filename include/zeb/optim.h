@@ -43,6 +43,32 @@ void e04rzc(void **handle, ZebError *fail);
 void e04rzf_(void **handle, Integer *ifail);
 #define zeb_opt_handle_free e04rzc
 
+/* e04ry: prints the sections of the problem named in cmdstr (keywords
+   separated by "," or ";", any case): "OVERVIEW", "OBJECTIVE", "SIMPLE
+   BOUNDS", "LINEAR CONSTRAINTS BOUNDS", "LINEAR CONSTRAINTS DETAILED",
+   "NONLINEAR CONSTRAINTS BOUNDS", "NONLINEAR CONSTRAINTS DETAILED", "MATRIX
+   CONSTRAINTS", "MATRIX CONSTRAINTS DETAILED", "CONE CONSTRAINTS", "CONE
+   CONSTRAINTS DETAILED", "MULTIPLIERS SIZES", "OPTIONS" (the options
+   changed), "ALL OPTIONS".  The report goes to the unit fileid >= 0 (6:
+   standard output; a file opened with x04acc).  Every keyword is checked
+   before anything is printed. */
+void e04ryc(void *handle, Integer fileid, const char *cmdstr, ZebError *fail);
+void e04ryf_(void **handle, const Integer *nout, const char *cmdstr, Integer *ifail,
+             size_t cmdstr_len);
+#define zeb_opt_handle_print e04ryc
+
+/* e04rx: reads (ioflag = 0) an item of the handle into rarr, or writes it
+   (ioflag = 1) from rarr; lrarr must be the item's size.  Items, any case:
+   "PRIMAL" or "PRIMAL VARIABLES" (nvar), "DUAL" or "DUAL VARIABLES" (the
+   multipliers u: see "MULTIPLIERS SIZES" of e04ry), "UC", "DUAL CONE" or
+   "DUAL CONE VARIABLES" (the cone multipliers); available once a solver
+   has run. */
+void e04rxc(void *handle, const char *cmdstr, Integer ioflag, Integer lrarr, double rarr[],
+            ZebError *fail);
+void e04rxf_(void **handle, const char *cmdstr, const Integer *ioflag, const Integer *lrarr,
+             double rarr[], Integer *ifail, size_t cmdstr_len);
+#define zeb_opt_handle_set_get_real e04rxc
+
 /* ---- Defining the problem --------------------------------------------
    Each routine adds one component while the handle is editable (before a
    solver has run), checks every argument, and copies the arrays: the caller

@@ -290,6 +290,16 @@ program calls
   integer(kind=8) :: e04rbf_group(4) = 0
   integer(kind=8) :: e04rbf_idgroup = 0
   integer(kind=8) :: e04rbf_ifail = 0
+  type(c_ptr) :: e04ryf_handle = c_null_ptr
+  integer(kind=8) :: e04ryf_nout = 0
+  character(len=8) :: e04ryf_cmdstr = ' '
+  integer(kind=8) :: e04ryf_ifail = 0
+  type(c_ptr) :: e04rxf_handle = c_null_ptr
+  character(len=8) :: e04rxf_cmdstr = ' '
+  integer(kind=8) :: e04rxf_ioflag = 0
+  integer(kind=8) :: e04rxf_lrarr = 0
+  real(kind=8) :: e04rxf_rarr(4) = 0
+  integer(kind=8) :: e04rxf_ifail = 0
   call x04aaf(x04aaf_iflag, x04aaf_nerr)
   call x04abf(x04abf_iflag, x04abf_nadv)
   call x04baf(x04baf_nout, x04baf_rec)
@@ -367,6 +377,8 @@ program calls
               e04rpf_nnzq, e04rpf_nnzqsum, e04rpf_irowq, e04rpf_icolq, e04rpf_q, e04rpf_ifail)
   call e04rbf(e04rbf_handle, e04rbf_gtype, e04rbf_lgroup, e04rbf_group, e04rbf_idgroup, &
               e04rbf_ifail)
+  call e04ryf(e04ryf_handle, e04ryf_nout, e04ryf_cmdstr, e04ryf_ifail)
+  call e04rxf(e04rxf_handle, e04rxf_cmdstr, e04rxf_ioflag, e04rxf_lrarr, e04rxf_rarr, e04rxf_ifail)
 contains
   subroutine take_real(v)
     real(kind=8), intent(in) :: v
