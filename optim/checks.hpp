@@ -15,6 +15,18 @@
 // "On entry, n = 0.\nConstraint: n > 0."
 #define ZEB_OPT_COUNT(failno, id, name, rel)                                             \
   zeb::Msg<1> { failno, id, NE_INT, "On entry, " name " = %s.\nConstraint: " name " " rel "." }
+// An element of an array of counts below its least value.
+#define ZEB_OPT_EACH(failno, id, arr, rel)                                          \
+  zeb::Msg<2> {                                                                     \
+    failno, id, NE_INT,                                                             \
+        "On entry, i = %s, %(" arr ",i) = %s.\nConstraint: %(" arr ",i) " rel "."     \
+  }
+// A length below the sum of the counts of its parts.
+#define ZEB_OPT_SUM(failno, id, len, arr)                                                      \
+  zeb::Msg<2> {                                                                                \
+    failno, id, NE_INT_2,                                                                      \
+        "On entry, " len " = %s and sum(" arr ") = %s.\nConstraint: " len " >= sum(" arr ")." \
+  }
 // An element of an index array outside 1..bound.
 #define ZEB_OPT_RANGE(failno, id, arr, bound)                                          \
   zeb::Msg<3> {                                                                        \
@@ -105,6 +117,12 @@ struct Check {
   }
   // v rel lo: v >= lo.
   bool count(int64_t v, int64_t lo, const Msg<1>& row) { return v >= lo || fail(row, v); }
+  // v[i] >= lo for every i.
+  bool each(const int64_t* v, int64_t n, int64_t lo, const Msg<2>& row) {
+    for (int64_t i = 0; i < n; ++i)
+      if (v[i] < lo) return fail(row, i + 1, v[i]);
+    return true;
+  }
   // 1 <= idx[i] <= hi for every i.
   bool range(const int64_t* idx, int64_t n, int64_t hi, const Msg<3>& row);
   // idx strictly ascending.

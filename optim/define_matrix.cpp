@@ -31,16 +31,12 @@ int64_t sum_sat(const int64_t* v, int64_t n) {
 constexpr auto kRnNvar = ZEB_OPT_NVAR(4, 401);
 constexpr auto kRnIdblk = ZEB_OPT_ZERO(4, 402, "idblk");
 constexpr auto kDima = ZEB_OPT_COUNT(6, 601, "dima", "> 0");
-constexpr zeb::Msg<2> kNnza{6, 602, NE_INT,
-                            "On entry, i = %s, %(nnza,i) = %s.\nConstraint: %(nnza,i) >= 0."};
+constexpr auto kNnza = ZEB_OPT_EACH(6, 602, "nnza", ">= 0");
 constexpr zeb::Msg<1> kSumNnza{6, 603, NE_INT,
                                "On entry, sum(nnza) = %s.\nConstraint: sum(nnza) >= 1."};
-constexpr zeb::Msg<2> kNnzasum{
-    6, 604, NE_INT_2,
-    "On entry, nnzasum = %s and sum(nnza) = %s.\nConstraint: nnzasum >= sum(nnza)."};
+constexpr auto kNnzasum = ZEB_OPT_SUM(6, 604, "nnzasum", "nnza");
 constexpr auto kNblk = ZEB_OPT_COUNT(7, 701, "nblk", "> 0");
-constexpr zeb::Msg<2> kBlksize{
-    7, 702, NE_INT, "On entry, i = %s, %(blksizea,i) = %s.\nConstraint: %(blksizea,i) >= 1."};
+constexpr auto kBlksize = ZEB_OPT_EACH(7, 702, "blksizea", ">= 1");
 constexpr zeb::Msg<2> kSumBlksize{
     7, 703, NE_INT_2, "On entry, sum(blksizea) = %s and dima = %s.\nConstraint: sum(blksizea) = dima."};
 constexpr auto kIrowa = ZEB_OPT_RANGE(8, 801, "irowa", "dima");
@@ -82,11 +78,8 @@ constexpr zeb::Msg<2> kDimq{
 constexpr auto kRpIdblk = ZEB_OPT_COUNT(6, 601, "idblk", ">= 0");
 constexpr auto kNq = ZEB_OPT_COUNT(6, 602, "nq", "> 0");
 constexpr auto kDimqPositive = ZEB_OPT_COUNT(6, 603, "dimq", "> 0");
-constexpr zeb::Msg<2> kNnzq{6, 604, NE_INT,
-                            "On entry, i = %s, %(nnzq,i) = %s.\nConstraint: %(nnzq,i) > 0."};
-constexpr zeb::Msg<2> kNnzqsum{
-    6, 605, NE_INT_2,
-    "On entry, nnzqsum = %s and sum(nnzq) = %s.\nConstraint: nnzqsum >= sum(nnzq)."};
+constexpr auto kNnzq = ZEB_OPT_EACH(6, 604, "nnzq", "> 0");
+constexpr auto kNnzqsum = ZEB_OPT_SUM(6, 605, "nnzqsum", "nnzq");
 constexpr auto kIrowq = ZEB_OPT_RANGE(8, 801, "irowq", "dimq");
 constexpr auto kIcolq = ZEB_OPT_RANGE(8, 802, "icolq", "dimq");
 constexpr auto kUpperQ = ZEB_OPT_UPPER(8, 803, "irowq", "icolq");
@@ -167,14 +160,11 @@ extern "C" void e04rnfn_(void* handle, const int64_t* nvar, const int64_t* dima,
   if (*idblk != 0) return void(c.fail(kRnIdblk, *idblk));
   if (!c.count(*dima, 1, kDima)) return;
   const int64_t nmat = *nvar + 1;
-  for (int64_t i = 0; i < nmat; ++i)
-    if (nnza[i] < 0) return void(c.fail(kNnza, i + 1, nnza[i]));
+  if (!c.each(nnza, nmat, 0, kNnza)) return;
   const int64_t total = sum_sat(nnza, nmat);
   if (total < 1) return void(c.fail(kSumNnza, total));
   if (*nnzasum < total) return void(c.fail(kNnzasum, *nnzasum, total));
-  if (!c.count(*nblk, 1, kNblk)) return;
-  for (int64_t i = 0; i < *nblk; ++i)
-    if (blksizea[i] < 1) return void(c.fail(kBlksize, i + 1, blksizea[i]));
+  if (!(c.count(*nblk, 1, kNblk) && c.each(blksizea, *nblk, 1, kBlksize))) return;
   const int64_t dim = sum_sat(blksizea, *nblk);
   if (dim != *dima) return void(c.fail(kSumBlksize, dim, *dima));
   if (!c.coords(irowa, icola, total, *dima, *dima, kIrowa, kIcola, &kUpperA)) return;
@@ -230,10 +220,9 @@ extern "C" void e04rpfn_(void* handle, const int64_t* idblkp, const int64_t* dim
   if (idblk >= 0 && (idblk < 1 || idblk > nblocks)) return void(c.fail(kNoSuchBlock, nblocks));
   if (idblk >= 1 && *dimq != p->matrices[size_t(idblk - 1)].dima)
     return void(c.fail(kDimq, *dimq, p->matrices[size_t(idblk - 1)].dima));
-  if (!(c.count(idblk, 0, kRpIdblk) && c.count(*nq, 1, kNq) && c.count(*dimq, 1, kDimqPositive)))
+  if (!(c.count(idblk, 0, kRpIdblk) && c.count(*nq, 1, kNq) && c.count(*dimq, 1, kDimqPositive) &&
+        c.each(nnzq, *nq, 1, kNnzq)))
     return;
-  for (int64_t i = 0; i < *nq; ++i)
-    if (nnzq[i] < 1) return void(c.fail(kNnzq, i + 1, nnzq[i]));
   const int64_t total = sum_sat(nnzq, *nq);
   if (*nnzqsum < total) return void(c.fail(kNnzqsum, *nnzqsum, total));
   if (!(c.coords(irowq, icolq, total, *dimq, *dimq, kIrowq, kIcolq, &kUpperQ) &&
