@@ -25,12 +25,26 @@ inline void c05_new_bracket(double a, double fa, double b, double& c, double& fc
 }
 
 
+// A communication array that the method cannot have left between two calls
+// with ind = 4: a value that is not a number, an abscissa (x, a, the
+// contrapoint) that is not finite, a convergence flag other than 0 or 1.
+// (Function values, steps and the largest end-point value may be
+// infinite.)  Without this check such an array could keep the iteration
+// from ever converging.
+inline bool corrupt(const double* c, double x) {
+  for (int k = 2; k <= 10; ++k)
+    if (std::isnan(c[k])) return true;
+  return !std::isfinite(x) || !std::isfinite(c[3]) || !std::isfinite(c[7]) ||
+         (c[10] != 0.0 && c[10] != 1.0) || c[9] < 0.0;
+}
+
 // One call of the reverse-communication method after its argument checks
 // (ind one of -1, 1, 2, 3, 4; tolx > 0; ir 0, 1 or 2): the state machine
 // of c05az, with c1 the communication array c(1..10).  Returns the failure
 // number: 0, 1 (no sign change: v1, v2 the two values), 4 (probable pole),
 // 5 (tolerance too small), 6 (a function value that is not a number, at
-// v1) or 7 (an end point that is not finite: v1, v2).
+// v1), 7 (an end point that is not finite: v1, v2) or 8 (a corrupted
+// communication array).
 inline int c05_step(double* x, double* y, double fx, double tolx, int64_t ir, double* c1,
                     int64_t* ind, double* v1, double* v2) {
   constexpr double kEpmach = 0x1p-53;
@@ -84,6 +98,10 @@ inline int c05_step(double* x, double* y, double fx, double tolx, int64_t ir, do
       b = *y;
       fb = c[1];
     } else {
+      if (std::isnan(c[2]) || !std::isfinite(c[3])) {
+        *ind = 0;
+        return 8;
+      }
       a = c[3];
       fa = c[2];
       b = *x;
@@ -99,6 +117,10 @@ inline int c05_step(double* x, double* y, double fx, double tolx, int64_t ir, do
     c[9] = dmax(std::fabs(fa), std::fabs(fb));
     c05_new_bracket(a, fa, b, cc, fc, d, e);
   } else {  // state 4: f at the point handed out last
+    if (corrupt(c, *x)) {
+      *ind = 0;
+      return 8;
+    }
     b = *x;
     fb = fx;
     if (fb == 0.0) return finish(b);
@@ -123,7 +145,10 @@ inline int c05_step(double* x, double* y, double fx, double tolx, int64_t ir, do
     fc = fa;
   }
   const double tol = tolx * dmax(relw * std::fabs(b), absw);
-  const double xm = 0.5 * (cc - b);
+  // Half the bracket; halved before the difference where the difference
+  // itself would overflow (a bracket wider than the largest real).
+  const double width = cc - b;
+  const double xm = std::isfinite(width) ? 0.5 * width : 0.5 * cc - 0.5 * b;
   const double epsb = kEpmach * std::fabs(b);
   if (tol >= std::fabs(xm) || fb == 0.0) {
     // Converged: hand out b once more for the pole check.

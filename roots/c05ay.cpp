@@ -71,8 +71,10 @@ extern "C" void c05ayfn_(ZebEnData* en, const double* a, const double* b, const 
         int64_t ind = 1, ifl = 0, nf = 0;
         double v1, v2;
         // f is called once per abscissa: a request for a point already
-        // evaluated (the check of the converged point, which is the last
-        // iterate or the contrapoint) is answered from the values kept.
+        // evaluated is answered from the values kept: the check of the
+        // converged point (the last iterate or the contrapoint), and a step
+        // below the spacing of the reals at the best point, which lands on
+        // it again (it is then the previous iterate a, its value in c).
         constexpr int kKept = 64;
         double kept_x[kKept], kept_f[kKept];
         for (;;) {
@@ -81,6 +83,10 @@ extern "C" void c05ayfn_(ZebEnData* en, const double* a, const double* b, const 
           if (ind == 0) break;
           bool known = false;
           const bool final_check = c[9] != 0.0;  // c(10): converged
+          if (ind == 4 && !final_check && xx == c[2]) {  // back at a = c(3), f(a) = c(2)
+            fx = c[1];
+            continue;
+          }
           for (int64_t k = nf - 1; final_check && k >= 0 && k >= nf - kKept && !known; --k) {
             if (kept_x[k % kKept] == xx) {
               fx = kept_f[k % kKept];

@@ -40,9 +40,13 @@ constexpr zeb::Msg<1> kTooSmallTolx{5, 6, NE_XTOL_TOO_SMALL,
 constexpr zeb::Msg<1> kNotANumber{6, 7, NE_REAL, "The function value fx at x = %s is not a number."};
 constexpr zeb::Msg<2> kInfiniteEnds{3, 8, NE_REAL_2,
                                     "On entry, x = %s and y = %s.\nConstraint: x and y must be finite."};
+constexpr zeb::Msg<0> kCorrupt{2, 9, NE_STATE_CORRUPT,
+                               "On entry, the communication array c has been corrupted:\n"
+                               "c must not be changed between calls.",
+                               nullptr, "NE_INVALID_COMM"};
 constexpr const zeb::MsgRow* kC05azMessages[] = {&kSameSign, &kBadInd, &kBadTolx,
                                                  &kBadIr, &kPole, &kTooSmallTolx,
-                                                 &kNotANumber, &kInfiniteEnds};
+                                                 &kNotANumber, &kInfiniteEnds, &kCorrupt};
 
 }  // namespace
 
@@ -77,6 +81,7 @@ extern "C" void c05azfn_(double* x, double* y, const double* fxp, const double* 
     case 5: zeb::fail(errbuf, errbuf_len, ifail, kTooSmallTolx, tolx); break;
     case 6: zeb::fail(errbuf, errbuf_len, ifail, kNotANumber, v1); break;
     case 7: zeb::fail(errbuf, errbuf_len, ifail, kInfiniteEnds, v1, v2); break;
+    case 8: zeb::fail(errbuf, errbuf_len, ifail, kCorrupt); break;
     default: break;
   }
 }

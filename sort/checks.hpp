@@ -2,6 +2,8 @@
 // order, and their messages (failure 1).
 #pragma once
 
+#include <vector>
+
 #include "frame/frame.hpp"
 
 namespace zeb {
@@ -31,6 +33,29 @@ inline bool m01_check_range(int64_t m1, int64_t m2, char* errbuf, int64_t len,
     return false;
   }
   return true;
+}
+
+// NaNs go last in either order: moves the NaNs of a[lo..hi] to its end,
+// keeping the order of the other elements, and returns the last index of
+// those (hi when there is no NaN: nothing is moved).
+inline int64_t m01_nans_last(double* a, int64_t lo, int64_t hi) {
+  int64_t k = lo;
+  while (k <= hi && a[k] == a[k]) ++k;
+  if (k > hi) return hi;
+  double nan_run[64];
+  int64_t n = 0;
+  std::vector<double> nans;
+  for (int64_t i = k; i <= hi; ++i) {
+    if (a[i] == a[i])
+      a[k++] = a[i];
+    else if (n < 64)
+      nan_run[n++] = a[i];
+    else
+      nans.push_back(a[i]);
+  }
+  for (int64_t i = 0; i < n; ++i) a[k + i] = nan_run[i];
+  for (size_t i = 0; i < nans.size(); ++i) a[k + n + int64_t(i)] = nans[i];
+  return k - 1;
 }
 
 // The order option of a C entry as the engine's character: false for a value

@@ -8,7 +8,9 @@
 // placed at random by a Wichmann-Hill generator seeded afresh on every call,
 // so the same data always gives the same exchanges.  Segments of 15 or
 // fewer elements are left to one closing straight-insertion pass over the
-// whole range.  A descending sort is the ascending one reversed.
+// whole range.  A descending sort is the ascending one reversed.  NaNs are
+// placed last in either order, in the order met (the others are sorted as
+// though the NaNs were not there).
 #include <utility>
 
 #include "frame/layers.hpp"
@@ -147,9 +149,11 @@ extern "C" void m01cafn_(double* rv, const int64_t* m1p, const int64_t* m2p, con
   }
   if (m1 == m2) return;
   double* a = rv - 1;  // a[m1..m2]
-  quick_insertion_sort(a, m1, m2);
+  const int64_t last = zeb::m01_nans_last(a, m1, m2);  // the NaNs after it
+  if (last <= m1) return;
+  quick_insertion_sort(a, m1, last);
   if (o == 'D' || o == 'd') {
-    for (int64_t i = m1, j = m2; i < j; ++i, --j) std::swap(a[i], a[j]);
+    for (int64_t i = m1, j = last; i < j; ++i, --j) std::swap(a[i], a[j]);
   }
 }
 

@@ -2,6 +2,7 @@
 // descending, equal elements in the order they appear).
 // m01ea: rearranges the elements m1..m2 of a real vector into the order
 // given by a set of ranks, such as m01da returns.
+#include <algorithm>
 #include <cstdlib>
 #include <utility>
 
@@ -129,9 +130,14 @@ extern "C" void m01dafn_(const double* rv, const int64_t* m1p, const int64_t* m2
   const double* a = rv + (m1 - 1);
   int64_t* link = irank + (m1 - 1);
   const int64_t n = m2 - m1 + 1;
-  int64_t p = ascending
-                  ? list_merge_sort(a, link, n, [](double x, double y) { return x < y; })
-                  : list_merge_sort(a, link, n, [](double x, double y) { return x > y; });
+  // NaNs rank last in either order, in the order met; data without NaN
+  // is ranked by the plain comparisons.
+  const bool nan = std::any_of(a, a + n, [](double v) { return v != v; });
+  const auto last = [](double x, double y) { return x == x && y != y; };
+  int64_t p = !nan ? (ascending ? list_merge_sort(a, link, n, [](double x, double y) { return x < y; })
+                                : list_merge_sort(a, link, n, [](double x, double y) { return x > y; }))
+          : ascending ? list_merge_sort(a, link, n, [&](double x, double y) { return x < y || last(x, y); })
+                      : list_merge_sort(a, link, n, [&](double x, double y) { return x > y || last(x, y); });
   // Walk the sorted list, replacing each link by the rank of its element.
   for (int64_t r = m1; p != kEnd; ++r) {
     const int64_t next = link[p];

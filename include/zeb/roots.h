@@ -12,6 +12,7 @@ extern "C" {
    their own: fail.message begins with the name shown here, fail.code holds
    the table's code of the class of failure. */
 #define NE_NOT_SIGN_CHANGE NE_FUNC_END_VAL                /* no sign change */
+#define NE_INVALID_COMM NE_STATE_CORRUPT /* c changed between calls of c05azc */
 #define NW_TOO_MUCH_ACC_REQUESTED NE_XTOL_TOO_SMALL       /* a warning */
 
 /* c05az: a zero of a continuous function in [x, y], f(x) and f(y) of

@@ -4,7 +4,10 @@
    as in the Fortran interface: from C, rv[m1-1] to rv[m2-1].  Failures:
      errnum 1  m2 < 1, m1 < 1 or m1 > m2 (NE_INT, NE_INT_2; checked in that
                order); nothing is touched;
-     errnum 2  (m01dac, m01eac) see below. */
+     errnum 2  (m01dac, m01eac) see below.
+   NaNs are placed (ranked) last in either order, in the order in which they
+   appear; the other elements are ordered as though the NaNs were not
+   there. */
 #ifndef ZEB_SORT_H
 #define ZEB_SORT_H
 

@@ -7,6 +7,7 @@
 #include <gsl/gsl_roots.h>
 
 #include <cmath>
+#include <algorithm>
 #include <functional>
 #include <string>
 #include <vector>
@@ -351,6 +352,71 @@ TEST(C05ayDirect, UserStopEndsTheSearchAtOnce) {
   EXPECT_EQ(ay_lines(0, 1, 1e-12, &ifail),
             " ** User requested termination, user flag value = 9\n" + exit_lines("c05ayf", -1));
   EXPECT_EQ(g_calls, 3);
+}
+
+TEST(C05Extremes, BracketWiderThanTheLargestReal) {
+  g_f = [](double x) { return x; };
+  const Rc r = drive(-1e308, 1e308, 1e-10, Zeb_Absolute);
+  EXPECT_EQ(r.fail.code, NE_NOERROR) << r.fail.message;
+  EXPECT_LE(std::fabs(r.x), 1e-10);
+  for (double x : r.xs) EXPECT_TRUE(std::isfinite(x));
+  const Ay d = ay(-1e308, 1e308, 1e-10, 0.0);
+  EXPECT_EQ(d.fail.code, NE_NOERROR) << d.fail.message;
+  EXPECT_LE(std::fabs(d.x), 1e-10);
+}
+
+TEST(C05azFailures, CorruptedCommunicationArrayIsRefused) {
+  g_f = [](double x) { return x * x - 2; };
+  const double nan = std::nan(""), inf = HUGE_VAL;
+  struct Corruption {
+    int slot;  // 1-based element of c, 0: x
+    double value;
+  } cases[] = {{0, inf}, {0, nan}, {3, inf}, {7, -inf}, {10, 0.5}, {9, -1.0}};
+  std::vector<Corruption> all(std::begin(cases), std::end(cases));
+  for (int k = 2; k <= 10; ++k) all.push_back({k, nan});
+  for (const Corruption& k : all) {
+    SCOPED_TRACE(testing::Message() << "c(" << k.slot << ") = " << k.value);
+    double x = 0, y = 2, fx = 0, c[17] = {};
+    Integer ind = 1;
+    ZebError fail;
+    ZEB_INIT_FAIL(fail);
+    for (int call = 0; call < 4; ++call) {  // into the iteration (ind = 4)
+      c05azc(&x, &y, fx, 1e-12, Zeb_Mixed, c, &ind, &fail);
+      fx = g_f(x);
+    }
+    ASSERT_EQ(ind, 4);
+    (k.slot == 0 ? x : c[k.slot - 1]) = k.value;
+    c05azc(&x, &y, fx, 1e-12, Zeb_Mixed, c, &ind, &fail);
+    EXPECT_EQ(ind, 0);
+    EXPECT_EQ(fail.errnum, 2);
+    EXPECT_STREQ(fail.message,
+                 "NE_INVALID_COMM:\n  On entry, the communication array c has been corrupted:\n"
+                 "  c must not be changed between calls.");
+  }
+}
+
+TEST(C05ayDirect, EachAbscissaIsEvaluatedOnce) {
+  // Alefeld, Potra and Shi's problem 2 (n = 4): poles at the squares, the
+  // zero between 16 and 25; with eps = 1e-15 the steps fall below the
+  // spacing of the reals near the zero.
+  g_f = [](double x) {
+    double s = 0;
+    for (int i = 1; i <= 20; ++i) s += (2.0 * i - 5) * (2.0 * i - 5) / std::pow(x - i * i, 3);
+    return -2 * s;
+  };
+  std::vector<double> seen;
+  const auto prior = g_f;
+  g_f = [&](double x) {
+    seen.push_back(x);
+    return prior(x);
+  };
+  const Ay r = ay(16 + 1e-9, 25 - 1e-9, 1e-15, 0.0);
+  EXPECT_EQ(r.fail.errnum, 2) << "eps is below the spacing of the reals at the zero";
+  std::vector<double> sorted = seen;
+  std::sort(sorted.begin(), sorted.end());
+  EXPECT_EQ(std::unique(sorted.begin(), sorted.end()), sorted.end()) << "an abscissa evaluated twice";
+  EXPECT_EQ(long(seen.size()), r.calls);
+  EXPECT_LT(r.calls, 60) << "107 when the last iterate was evaluated again";
 }
 
 }  // namespace

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
+#include <functional>
 #include <cstring>
 #include <numeric>
 #include <random>
@@ -231,6 +233,42 @@ TEST(RankFailures, RanksThatAreNotAPermutationBadOrderAndNulls) {
   EXPECT_STREQ(fail.message, "NE_BAD_PARAM:\n  On entry, parameter irank had an illegal value.");
   m01eac(nullptr, 1, 3, repeated.data(), &fail);
   EXPECT_STREQ(fail.message, "NE_BAD_PARAM:\n  On entry, parameter rv had an illegal value.");
+}
+
+TEST(Sort, NaNsGoLastInEitherOrderAndRanksAgree) {
+  const double nan = std::nan(""), neg = -std::nan("");
+  const Vec cases[] = {{3, nan, 1, 2, 0},    {nan, nan, 5, -1},  {2, 1, neg, 4, nan, 0},
+                       {nan},                {1, nan},           {nan, 7, 7, -0.0, 0.0, nan}};
+  const auto bits = [](const Vec& v) {
+    std::vector<uint64_t> b(v.size());
+    std::memcpy(b.data(), v.data(), v.size() * sizeof(double));
+    return b;
+  };
+  for (const Vec& data : cases) {
+    for (Zeb_SortOrder order : {Zeb_Ascending, Zeb_Descending}) {
+      // The numbers in order (stable, as std::stable_sort), then the NaNs as met.
+      Vec want, nans;
+      for (double x : data) (x == x ? want : nans).push_back(x);
+      if (order == Zeb_Ascending)
+        std::stable_sort(want.begin(), want.end());
+      else
+        std::stable_sort(want.begin(), want.end(), std::greater<double>());
+      want.insert(want.end(), nans.begin(), nans.end());
+      const Integer n = Integer(data.size());
+      Vec got = data;
+      ZebError fail;
+      ZEB_INIT_FAIL(fail);
+      m01cac(got.data(), 1, n, order, &fail);
+      EXPECT_EQ(fail.code, NE_NOERROR);
+      for (size_t i = 0; i < want.size(); ++i)  // signed zeros may trade places
+        EXPECT_TRUE(got[i] == want[i] || (got[i] != got[i] && want[i] != want[i])) << i;
+      std::vector<Integer> rank(data.size());
+      m01dac(data.data(), 1, n, order, rank.data(), &fail);
+      Vec ranked = data;
+      m01eac(ranked.data(), 1, n, rank.data(), &fail);
+      EXPECT_EQ(bits(ranked), bits(want)) << "the ranks order the data as stable sorting";
+    }
+  }
 }
 
 }  // namespace
