@@ -58,6 +58,12 @@ extern "C" void g05kfxn_(const int64_t* genid, const int64_t*, const int64_t* se
   if (*code == kOk) *code = basic_start(seed[0], state);
 }
 
+// Limbs of 15 bits, A odd and X twice an odd number (X = A^j X_0 with
+// X_0 = 2 (2 s + 1)).
+bool basic_valid(const int64_t* st) {
+  return words_in(st, 5, 8, 0, 0x8000) && (W(st, 5) & 3) == 2 && (W(st, 9) & 1);
+}
+
 extern "C" void g05saxn_(const int64_t* n, int64_t* st, double* x) {
   const u64 a = get60(st, 9);
   u64 v = get60(st, 5);
@@ -174,6 +180,20 @@ extern "C" void g05kfwn_(const int64_t* genid, const int64_t* subid, const int64
   }
 }
 
+// The moduli of the set named in word 4, its multipliers unless a
+// leap-frog has replaced them (flag 1) by powers, values in 1 .. m-1.
+bool wh1_valid(const int64_t* st) {
+  const int64_t set = W(st, 4), flag = W(st, kWh1Flag);
+  if (set < 1 || set > 273 || (flag != 0 && flag != 1)) return false;
+  const int32_t* row = kWh1Sets[set - 1];
+  for (int j = 0; j < 4; ++j) {
+    const int64_t m = W(st, kWh1[j].m), a = W(st, kWh1[j].a), x = W(st, kWh1[j].x);
+    if (m != row[4 + j] || x < 1 || x >= m || a < 1 || a >= m || (flag == 0 && a != row[j]))
+      return false;
+  }
+  return true;
+}
+
 extern "C" void g05sawn_(const int64_t* n, int64_t* st, double* out) {
   int64_t x[4], a[4], m[4];
   for (int j = 0; j < 4; ++j) {
@@ -214,6 +234,20 @@ extern "C" void g05kfsn_(const int64_t* genid, const int64_t*, const int64_t* se
     W(st, 17 + j) = kWh2Q[j];
     W(st, 21 + j) = kWh2M[j];
   }
+}
+
+// The published moduli, values in 1 .. m-1; Schrage's constants while the
+// published multipliers apply (flag 0), powers of them after a leap-frog.
+bool wh2_valid(const int64_t* st) {
+  const int64_t flag = W(st, kWh2Flag);
+  if (flag != 0 && flag != 1) return false;
+  for (int j = 0; j < 4; ++j) {
+    const int64_t m = kWh2M[j], a = W(st, 9 + 2 * j), x = W(st, 5 + j);
+    if (W(st, 21 + j) != m || x < 1 || x >= m || a < 1 || a >= m) return false;
+    if (flag == 0 && (a != kWh2A[j] || W(st, 10 + 2 * j) != kWh2R[j] || W(st, 17 + j) != kWh2Q[j]))
+      return false;
+  }
+  return true;
 }
 
 extern "C" void g05sasn_(const int64_t* n, int64_t* st, double* out) {
@@ -330,6 +364,20 @@ extern "C" void g05kfen_(const int64_t* genid, const int64_t*, const int64_t* se
   for (int i = 0; i < 6; ++i) W(st, 5 + i) = x[i];
   put_mat(st, 0, Mat{{{0, 1, 0}, {0, 0, 1}, {kM1 - 810728, 1403580, 0}}, kM1});
   put_mat(st, 1, Mat{{{0, 1, 0}, {0, 0, 1}, {kM2 - 1370589, 0, 527612}}, kM2});
+}
+
+// Each component's three values below its modulus and not all 0; the
+// matrices' elements below the modulus once a leap-frog has set them.
+bool mrg_valid(const int64_t* st) {
+  const int64_t flag = W(st, kMrgFlag);
+  if (flag != 0 && flag != 1) return false;
+  for (int c = 0; c < 2; ++c) {
+    if (!words_in(st, kVec[c], 3, 0, kMod[c]) ||
+        W(st, kVec[c]) + W(st, kVec[c] + 1) + W(st, kVec[c] + 2) == 0)
+      return false;
+    if (flag == 1 && !words_in(st, kMat[c], 9, 0, kMod[c])) return false;
+  }
+  return true;
 }
 
 extern "C" void g05saen_(const int64_t* n, int64_t* st, double* out) {
@@ -494,6 +542,14 @@ extern "C" void g05kfrn_(const int64_t* genid, const int64_t* subid, const int64
   W(st, acorn_y0(k, m)) = y[0] | 1;  // the first seed word, odd: the full period
 }
 
+// Digits of 30 bits, the digit base in word 7 and Y_0 odd (order and digit
+// count are checked with the length).
+bool acorn_valid(const int64_t* st) {
+  const int64_t k = W(st, 5), m = W(st, 6), y0 = W(st, acorn_y0(k, m));
+  return W(st, 7) == kDigit && words_in(st, kAcornElems, k * m, 0, kDigit) && y0 > 0 &&
+         y0 < kDigit && (y0 & 1);
+}
+
 extern "C" void g05sarn_(const int64_t* n, int64_t* st, double* out) {
   const int64_t k = W(st, 5), m = W(st, 6), y0 = W(st, acorn_y0(k, m));
   int64_t* y = st + kAcornElems - 1;
@@ -555,15 +611,16 @@ UniformFn g05saun_;
 SkipFn g05kmun_, g05knun_;
 LeapFn g05klun_;
 }
+ValidFn mt_valid;
 
 const Generator kGenerators[7] = {
-    {nullptr, nullptr, nullptr, nullptr, nullptr},
-    {g05kfxn_, g05saxn_, g05kmxn_, g05knxn_, g05klxn_},
-    {g05kfwn_, g05sawn_, g05kmwn_, g05knwn_, g05klwn_},
-    {g05kfun_, g05saun_, g05kmun_, g05knun_, g05klun_},
-    {g05kfsn_, g05sasn_, g05kmsn_, g05knsn_, g05klsn_},
-    {g05kfrn_, g05sarn_, g05kmrn_, g05knrn_, nullptr},
-    {g05kfen_, g05saen_, g05kmen_, g05knen_, g05klen_},
+    {nullptr, nullptr, nullptr, nullptr, nullptr, nullptr},
+    {g05kfxn_, g05saxn_, g05kmxn_, g05knxn_, g05klxn_, basic_valid},
+    {g05kfwn_, g05sawn_, g05kmwn_, g05knwn_, g05klwn_, wh1_valid},
+    {g05kfun_, g05saun_, g05kmun_, g05knun_, g05klun_, mt_valid},
+    {g05kfsn_, g05sasn_, g05kmsn_, g05knsn_, g05klsn_, wh2_valid},
+    {g05kfrn_, g05sarn_, g05kmrn_, g05knrn_, nullptr, acorn_valid},
+    {g05kfen_, g05saen_, g05kmen_, g05knen_, g05klen_, mrg_valid},
 };
 
 }  // namespace zeb::rng

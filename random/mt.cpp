@@ -344,6 +344,19 @@ int64_t mt_jump(Steps s, int64_t* st) {
 }  // namespace
 ZEB_RNG_SKIPS(u, mt_jump)
 
+// A stride of at least 1, a read position short of the far jump (where a
+// leap-frog leaves it), words of 32 bits, not all zero (as the seeding
+// refuses them).
+bool mt_valid(const int64_t* st) {
+  const int64_t pos = W(st, kPos);
+  if (W(st, kStride) < 1 || pos < 0 || pos >= kFar || !words_in(st, kBlock, kN, 0, int64_t(1) << 32))
+    return false;
+  if (W(st, kBlock) & kUpper) return true;
+  for (int i = 1; i < kN; ++i)
+    if (W(st, kBlock + i) != 0) return true;
+  return false;
+}
+
 // The stream reads every n-th word, starting k-1 words on.  The stride must
 // stay an integer; a far start is reached at once.
 extern "C" int64_t g05klun_(const int64_t* np, const int64_t* kp, int64_t* st) {

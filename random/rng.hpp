@@ -18,6 +18,13 @@ using u128 = unsigned __int128;
 inline int64_t& W(int64_t* s, int64_t i) { return s[i - 1]; }
 inline int64_t W(const int64_t* s, int64_t i) { return s[i - 1]; }
 
+// lo <= v < hi for the words first .. first + n - 1 of a state.
+inline bool words_in(const int64_t* s, int64_t first, int64_t n, int64_t lo, int64_t hi) {
+  for (int64_t i = first; i < first + n; ++i)
+    if (W(s, i) < lo || W(s, i) >= hi) return false;
+  return true;
+}
+
 // Codes of the initialisers (the failure numbers of the repeatable
 // initialisation).
 enum : int64_t { kOk = 0, kBadGenid = 1, kBadSubid = 2, kBadSeed = 3, kBadLseed = 4,
@@ -67,6 +74,9 @@ using InitFn = void(const int64_t* genid, const int64_t* subid, const int64_t* s
 using UniformFn = void(const int64_t* n, int64_t* state, double* x);
 using SkipFn = int64_t(const int64_t* n, int64_t* state);
 using LeapFn = int64_t(const int64_t* n, const int64_t* k, int64_t* state);
+// Whether the generator's own words hold a state it can use (every word in
+// the range its arithmetic relies on); the layout words are checked before.
+using ValidFn = bool(const int64_t* state);
 constexpr int64_t kShortState = 1;
 constexpr int64_t kTooManyStreams = 2;
 
@@ -76,6 +86,7 @@ struct Generator {
   SkipFn* skip;   // by n draws; null: no skip-ahead
   SkipFn* skip2;  // by 2^e draws
   LeapFn* leap;   // null: no leap-frog
+  ValidFn* valid;
 };
 
 // A generator's two skip-aheads, g05km<x>n_ and g05kn<x>n_, over its one

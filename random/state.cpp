@@ -99,7 +99,7 @@ extern "C" int64_t g05kfyn_(const int64_t* st) {
   }
   if (!fits || W(st, 2) != W(st, n)) return 1;
   if (W(st, n - 1) < 1 || W(st, n - 2) < 1) return 1;
-  return 0;
+  return kGenerators[genid].valid(st) ? 0 : 1;
 }
 
 namespace {
@@ -110,8 +110,10 @@ namespace {
 int64_t init_state(int64_t genid, int64_t subid, const int64_t* seed, int64_t lseed,
                    int64_t* state, int64_t* lstate, int64_t* required) {
   if (genid < 1 || genid > 6) return 1;
+  // Only lstate <= 0 asks for the length; any positive length below the
+  // trailer's is too short.
   const int64_t asked = *lstate;
-  int64_t own = asked < kTrailer ? asked : asked - kTrailer;
+  int64_t own = asked <= 0 ? asked : std::max<int64_t>(asked - kTrailer, 1);
   int64_t code = 0;
   kGenerators[genid].init(&genid, &subid, seed, &lseed, state, &own, &code);
   if (code == kOk) {

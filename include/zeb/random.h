@@ -13,7 +13,24 @@
 extern "C" {
 #endif
 
-/* The base generators (genid 1 to 6 of the Fortran entries). */
+/* The base generators (genid 1 to 6 of the Fortran entries), and how each
+   maps its integers to the uniform deviates of g05sa, for comparing streams
+   with other implementations:
+   - Zeb_Basic: Y := 13^13 Y mod 2^59 (Y odd), u = 1 - Y/2^59.
+   - Zeb_MersenneTwister: MT19937's tempered 32-bit word y gives
+     u = (int32(y) + 2^31 + 2^-53) 2^-32: y read as a signed integer, so the
+     top bit of y is the complement of the top bit of the usual real-number
+     mapping y 2^-32 (u and that mapping differ by 1/2 modulo 1).
+   - Zeb_MRG32k3a: the published recurrence and normalisation,
+     u = z (4294967087 + 1)^-1 for z = x1 - x2 mod 4294967087 in 1..m1.
+   - Zeb_ACORN: order k and digits of 30 bits chosen by subid (subid <= 0:
+     order 11, 2 digits, modulus 2^60; subid = 1000 (m - 1) + (k - 1): order
+     k, m digits, modulus 2^(30 m)).  With one digit (the 30-bit modulus) the
+     low bits of the elements have short periods and the streams fail
+     standard test batteries: choose two digits or more.
+   The state check of every routine refuses a state the generator cannot use
+   (NE_INVALID_STATE): one not initialised, or one whose words were
+   changed. */
 typedef ZEB_ENUM {
   Zeb_Basic = 151,          /* multiplicative congruential, 13^13 mod 2^59 */
   Zeb_WichmannHill_I,       /* one of 273 sets, chosen by subid */
@@ -28,7 +45,8 @@ typedef ZEB_ENUM {
 #define NE_INVALID_STATE NE_STATE_CORRUPT /* state not initialised or corrupted */
 #define NE_ARRAY_SIZE NE_TOO_SMALL        /* Mersenne Twister state too short to skip ahead */
 
-/* g05kf: repeatable initialisation of state from seed[0..lseed-1]. */
+/* g05kf: repeatable initialisation of state from seed[0..lseed-1].  For
+   ACORN, subid chooses the order and the digits (see above). */
 void g05kfc(Zeb_BaseRNG genid, Integer subid, const Integer seed[], Integer lseed,
             Integer state[], Integer *lstate, ZebError *fail);
 void g05kff_(const Integer *genid, const Integer *subid, const Integer seed[],

@@ -59,6 +59,18 @@ TEST(Lengths, QueriesAnswerAndLeaveStateAlone) {
     EXPECT_EQ(cl, kLength[genid]);
     EXPECT_EQ(gl, kLength[genid]);
   }
+  // Only a length of 0 or less asks: 1, 2 and 3 are too short, as is 16
+  // for the basic generator (17 words).
+  for (Integer short_len : {1, 2, 3, 16}) {
+    int64_t seed = 1, state[4] = {-3, -3, -3, -3};
+    Integer lstate = short_len;
+    ZebError f = quiet();
+    g05kfc(Zeb_Basic, 0, &seed, 1, state, &lstate, &f);
+    EXPECT_EQ(f.code, NE_INT) << short_len;
+    EXPECT_EQ(f.errnum, 6);
+    EXPECT_EQ(lstate, short_len);
+    EXPECT_EQ(state[0], -3);
+  }
   // The Mersenne Twister's 633 words give the full state's stream (632 are
   // refused below).
   State s = short_mt(), full = make(3, {7});

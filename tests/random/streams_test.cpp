@@ -1,6 +1,7 @@
 // The base generators against independent references, and the stream laws
 // (skip-ahead, leap-frog) for every generator.
 #include <algorithm>
+#include <climits>
 #include <cmath>
 
 #include "common/testing.hpp"
@@ -263,6 +264,38 @@ TEST_P(Streams, LeapFrogStreamsInterleaveToTheSequence) {
   draw(a, 1001);
   skip(c, 1001);
   EXPECT_EQ(draw(a, 20), draw(c, 20));
+}
+
+// Any one word of a state set to a value a corruption could leave there:
+// the state check refuses it, or the generator can use it (uniforms inside
+// (0, 1), finite normals, a skip that ends).  Also after a leap-frog, whose
+// flags select other arithmetic.
+TEST_P(Streams, CorruptedWordsAreRefusedOrHarmless) {
+  State fresh = make(GetParam()), leaped = fresh;
+  if (GetParam().genid != 5) leap(leaped, 3, 2);
+  const int64_t bad[] = {0, -1, 1, int64_t(1) << 31, int64_t(1) << 32, 1000000000000000000,
+                         INT64_MIN, INT64_MAX};
+  int refused = 0;
+  for (const State* base : {&fresh, &leaped})
+    for (size_t w = 0; w < base->size(); ++w)
+      for (int64_t v : bad) {
+        State s = *base;
+        s[w] = v;
+        int64_t n = 50, ifail = 1, skip_n = 3000;
+        std::vector<double> u(50);
+        g05saf_(&n, s.data(), u.data(), &ifail);
+        if (ifail != 0) {
+          ASSERT_TRUE(ifail == 2 || ifail == 4) << "word " << w + 1 << " = " << v;
+          ++refused;
+          continue;
+        }
+        for (double x : u) ASSERT_TRUE(x > 0.0 && x < 1.0) << "word " << w + 1 << " = " << v;
+        double mu = 0.0, var = 1.0;
+        g05skf_(&n, &mu, &var, s.data(), u.data(), &ifail);
+        for (double x : u) ASSERT_TRUE(std::isfinite(x)) << "word " << w + 1 << " = " << v;
+        g05kjf_(&skip_n, s.data(), &ifail);
+      }
+  EXPECT_GT(refused, 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(AllGenerators, Streams, ::testing::ValuesIn(all_generators()),
