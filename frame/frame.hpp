@@ -209,7 +209,9 @@ inline void c_fail(ZebError* fail, const char* routine, const Msg<N>& row, const
 // The engine-data record of the innermost entry running on this thread, so
 // that a user function can reach it (p01stf, the user-stop request of the
 // Fortran interface).  Every entry sets it for the duration of its call.
-extern thread_local ZebEnData* g_current_en __attribute__((tls_model("initial-exec")));
+// (constinit: no initialisation function stands behind the variable, so
+// every access is a plain thread-local address.)
+extern thread_local constinit ZebEnData* g_current_en __attribute__((tls_model("initial-exec")));
 class CurrentEn {
  public:
   explicit CurrentEn(ZebEnData* en) : saved_(g_current_en) { g_current_en = en; }

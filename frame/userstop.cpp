@@ -6,7 +6,7 @@
 #include "layers.hpp"
 
 namespace zeb {
-thread_local ZebEnData* g_current_en = nullptr;
+thread_local constinit ZebEnData* g_current_en = nullptr;
 }
 
 // p01stf(iflag): called from inside a user function, asks the library

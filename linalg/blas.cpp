@@ -58,13 +58,23 @@ bool fail_with(State& s, const char* fmt, const char* what) {
   return false;
 }
 
+// RTLD_DEEPBIND keeps the BLAS's own calls inside it when a 32-bit BLAS
+// under the same names is in the process (Ipopt's).  The sanitizers'
+// runtimes cannot host a library loaded so; a sanitized build loads it
+// RTLD_LOCAL alone, which serves every process without that other BLAS.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr int kDeepBind = 0;
+#else
+constexpr int kDeepBind = RTLD_DEEPBIND;
+#endif
+
 bool open_blas(State& s) {
   const char* env = std::getenv("ZEB_BLAS_LIBRARY");
   std::snprintf(s.path, sizeof s.path, "%s", env && *env ? env : kDefaultLibrary);
   const char* base = std::strrchr(s.path, '/');
   const bool openblas = std::strstr(base ? base : s.path, "openblas") != nullptr;
   const char* coretype = choose_coretype(openblas);
-  constexpr int kFlags = RTLD_NOW | RTLD_LOCAL | RTLD_DEEPBIND;
+  constexpr int kFlags = RTLD_NOW | RTLD_LOCAL | kDeepBind;
   void* h = dlopen(s.path, kFlags);
   if (!h) {
     const char* e = dlerror();

@@ -31,7 +31,8 @@ TEST(Symbols, ExportedNamesMatchTheGoldenLists) {
   std::string name;
   while (s >> name) exported.insert(name);
   for (const auto& g : golden) EXPECT_TRUE(exported.count(g)) << "missing: " << g;
-  for (const auto& x : exported) EXPECT_TRUE(golden.count(x)) << "not in a golden list: " << x;
+  for (const auto& x : exported)  // (a sanitized build adds its own names)
+    EXPECT_TRUE(golden.count(x) || x.rfind("__odr_asan", 0) == 0) << "not in a golden list: " << x;
 }
 
 // Every Fortran entry of the library has an explicit interface in the

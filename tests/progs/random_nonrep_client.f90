@@ -19,4 +19,5 @@ program random_nonrep_client
   call g05kgf(6_8, 0_8, state, lstate, ifail)
   call random_number(b(2:3))
   write (*, '(a, i0, a, l1)') 'ifail = ', ifail, ', stream unchanged: ', all(a == b)
+  deallocate (seed)
 end program random_nonrep_client
