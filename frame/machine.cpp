@@ -1,4 +1,5 @@
 // Machine constants (the x02 routines) and library identification (a00aa).
+#include <cstdarg>
 #include <cstdio>
 #include <cstring>
 #include <initializer_list>
@@ -48,10 +49,21 @@ namespace {
 constexpr int kIdLines = 26;
 constexpr int kIdWidth = 132;
 
+__attribute__((format(printf, 3, 4))) void line(char (*lines)[kIdWidth + 1], int k,
+                                                 const char* fmt, ...) {
+  va_list ap;
+  va_start(ap, fmt);
+  std::vsnprintf(lines[k - 1], kIdWidth + 1, fmt, ap);
+  va_end(ap);
+}
+
 void describe(char (*lines)[kIdWidth + 1]) {
   for (int i = 0; i < kIdLines; ++i) lines[i][0] = '\0';
-  auto put = [&](int k, const char* fmt, auto... v) {
-    std::snprintf(lines[k - 1], kIdWidth + 1, fmt, v...);
+  const auto put = [&](int k, const char* fmt, auto... v) {
+    if constexpr (sizeof...(v) == 0)
+      line(lines, k, "%s", fmt);
+    else
+      line(lines, k, fmt, v...);
   };
   put(1, " *** Start of ZEB implementation details ***");
   put(3, " Implementation title: ZEB numerical routine library, Linux x86-64");

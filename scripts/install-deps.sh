@@ -8,6 +8,7 @@ pkgs=(
   coinor-libipopt-dev libmetis-dev
   libgtest-dev libbenchmark-dev libgsl-dev
   python3 python3-mpmath
+  clang libclang-rt-dev
 )
 missing=()
 for p in "${pkgs[@]}"; do
