@@ -34,7 +34,7 @@ Problem* open(const void* handle, char* errbuf, int64_t len, int64_t* ifail) {
   return p;
 }
 
-double bigbnd(const Problem&) { return 1e20; }
+double bigbnd(const Problem& p) { return p.options.real("INFINITE BOUND SIZE"); }
 
 Problem* open_editable(const void* handle, char* errbuf, int64_t len, int64_t* ifail) {
   Problem* p = open(handle, errbuf, len, ifail);

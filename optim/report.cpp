@@ -19,21 +19,6 @@ namespace {
 
 using namespace zeb::opt;
 
-// A keyword or item name as the routines match it: upper case, single
-// blanks, no blanks at either end.
-std::string normal(std::string_view s) {
-  std::string t;
-  for (char ch : s) {
-    if (ch == ' ' || ch == '\t') {
-      if (!t.empty() && t.back() != ' ') t += ' ';
-    } else {
-      t += char(std::toupper(static_cast<unsigned char>(ch)));
-    }
-  }
-  if (!t.empty() && t.back() == ' ') t.pop_back();
-  return t;
-}
-
 // The texts joined (appended in turn, which keeps GCC 12's overlap
 // analysis of operator+ on strings quiet).
 template <class... T>

@@ -28,6 +28,13 @@ extern "C" {
 #define NE_READ_ERROR NE_NOT_READ_FILE   /* reading is not supported, or failed */
 #define NW_TRUNCATED NW_SOME_PRECISION_LOSS /* a returned text was cut to its room */
 
+/* The type of an option's value (e04znc). */
+typedef ZEB_ENUM {
+  Zeb_OptionInteger = 201,
+  Zeb_OptionReal = 202,
+  Zeb_OptionCharacter = 203
+} Zeb_OptionType;
+
 /* ---- The handle ----------------------------------------------------- */
 
 /* e04ra: creates a handle for a problem in nvar >= 1 variables, with no
@@ -68,6 +75,37 @@ void e04rxc(void *handle, const char *cmdstr, Integer ioflag, Integer lrarr, dou
 void e04rxf_(void **handle, const char *cmdstr, const Integer *ioflag, const Integer *lrarr,
              double rarr[], Integer *ifail, size_t cmdstr_len);
 #define zeb_opt_handle_set_get_real e04rxc
+
+/* ---- Options ------------------------------------------------------
+   Every handle holds every option of the suite's registry (their names,
+   types, defaults and limits: optim/options.inc) at its default.  Names
+   and keyword values are matched in any case, with any number of blanks
+   between words; names are not abbreviated.  Options may change in every
+   phase but while a solver runs. */
+
+/* e04zm: sets one option from optstr, "name = value" (the delimiter is
+   " = "), or resets one ("name = Default") or all ("Defaults"). */
+void e04zmc(void *handle, const char *optstr, ZebError *fail);
+void e04zmf_(void **handle, const char *optstr, Integer *ifail, size_t optstr_len);
+#define zeb_opt_handle_opt_set e04zmc
+
+/* e04zn: the value of the option named in optstr: *ivalue, *rvalue, or
+   cvalue (lcvalue > 1 characters with the terminating null) as *optype
+   says.  A keyword longer than cvalue is returned cut, with the warning
+   NW_TRUNCATED. */
+void e04znc(void *handle, const char *optstr, Integer *ivalue, double *rvalue, char *cvalue,
+            Integer lcvalue, Zeb_OptionType *optype, ZebError *fail);
+void e04znf_(void **handle, const char *optstr, Integer *ivalue, double *rvalue, char *cvalue,
+             Integer *optype, Integer *ifail, size_t optstr_len, size_t cvalue_len);
+#define zeb_opt_handle_opt_get e04znc
+
+/* e04zp: options from the lines between a line "BEGIN" and a line "END" on
+   the unit fileid (opened with x04acc), one "name = value" a line; blank
+   lines and lines beginning with '*' or '!' are passed over.  A failure
+   names the line, and leaves every option as it was. */
+void e04zpc(void *handle, Integer fileid, ZebError *fail);
+void e04zpf_(void **handle, const Integer *nin, Integer *ifail);
+#define zeb_opt_handle_opt_file e04zpc
 
 /* ---- Defining the problem --------------------------------------------
    Each routine adds one component while the handle is editable (before a

@@ -300,6 +300,19 @@ program calls
   integer(kind=8) :: e04rxf_lrarr = 0
   real(kind=8) :: e04rxf_rarr(4) = 0
   integer(kind=8) :: e04rxf_ifail = 0
+  type(c_ptr) :: e04zmf_handle = c_null_ptr
+  character(len=8) :: e04zmf_optstr = ' '
+  integer(kind=8) :: e04zmf_ifail = 0
+  type(c_ptr) :: e04znf_handle = c_null_ptr
+  character(len=8) :: e04znf_optstr = ' '
+  integer(kind=8) :: e04znf_ivalue = 0
+  real(kind=8) :: e04znf_rvalue = 0
+  character(len=8) :: e04znf_cvalue = ' '
+  integer(kind=8) :: e04znf_optype = 0
+  integer(kind=8) :: e04znf_ifail = 0
+  type(c_ptr) :: e04zpf_handle = c_null_ptr
+  integer(kind=8) :: e04zpf_nin = 0
+  integer(kind=8) :: e04zpf_ifail = 0
   call x04aaf(x04aaf_iflag, x04aaf_nerr)
   call x04abf(x04abf_iflag, x04abf_nadv)
   call x04baf(x04baf_nout, x04baf_rec)
@@ -379,6 +392,10 @@ program calls
               e04rbf_ifail)
   call e04ryf(e04ryf_handle, e04ryf_nout, e04ryf_cmdstr, e04ryf_ifail)
   call e04rxf(e04rxf_handle, e04rxf_cmdstr, e04rxf_ioflag, e04rxf_lrarr, e04rxf_rarr, e04rxf_ifail)
+  call e04zmf(e04zmf_handle, e04zmf_optstr, e04zmf_ifail)
+  call e04znf(e04znf_handle, e04znf_optstr, e04znf_ivalue, e04znf_rvalue, e04znf_cvalue, &
+              e04znf_optype, e04znf_ifail)
+  call e04zpf(e04zpf_handle, e04zpf_nin, e04zpf_ifail)
 contains
   subroutine take_real(v)
     real(kind=8), intent(in) :: v

@@ -250,9 +250,9 @@ TEST(Definitions, EveryCheckFromBothEntries) {
       {none, [](Rh& a) { a.bu[0] = std::nan(""); }, 10,
        "NE_BOUND:\n  On entry, j = 1, bl[j-1] = -1.0 and\n  bu[j-1] = nan.\n  Constraint: bl[j-1] <= bu[j-1]."},
       {none, [](Rh& a) { a.bl[3] = a.bu[3] = 1e20; }, 10,
-       "NE_BOUND:\n  On entry, j = 4, bl[j-1] = 1.0e+20,\n  bigbnd = 1.0e+20.\n  Constraint: bl[j-1] < bigbnd."},
+       "NE_BOUND:\n  On entry, j = 4, bl[j-1] = 1.0e+20,\n  bigbnd = 1.0e+19.\n  Constraint: bl[j-1] < bigbnd."},
       {none, [](Rh& a) { a.bl[1] = a.bu[1] = -1e25; }, 10,
-       "NE_BOUND:\n  On entry, j = 2, bu[j-1] = -1.0e+25,\n  bigbnd = 1.0e+20.\n  Constraint: bu[j-1] > -bigbnd."},
+       "NE_BOUND:\n  On entry, j = 2, bu[j-1] = -1.0e+25,\n  bigbnd = 1.0e+19.\n  Constraint: bu[j-1] > -bigbnd."},
   });
   check<Rj>("e04rj", {
       {[](void* h) { Rj().c(h, nullptr); }, [](Rj&) {}, 3,
@@ -268,7 +268,7 @@ TEST(Definitions, EveryCheckFromBothEntries) {
        "NE_INVALID_CS:\n  On entry, more than one element of b has row index 2\n  and column index 1.\n"
        "  Constraint: each element of b must have a unique row and column index."},
       {none, [](Rj& a) { a.bl[1] = 1e20, a.bu[1] = 1e21; }, 10,
-       "NE_BOUND:\n  On entry, j = 2, bl[j-1] = 1.0e+20,\n  bigbnd = 1.0e+20.\n  Constraint: bl[j-1] < bigbnd."},
+       "NE_BOUND:\n  On entry, j = 2, bl[j-1] = 1.0e+20,\n  bigbnd = 1.0e+19.\n  Constraint: bl[j-1] < bigbnd."},
   });
   check<Rk>("e04rk", {
       {[](void* h) { nl_objective(h); Rl().c(h, nullptr); }, [](Rk&) {}, 2,

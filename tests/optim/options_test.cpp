@@ -1,0 +1,172 @@
+// Options: setting, reading, files, and every failure with its text.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+#include <string>
+#include <unistd.h>
+
+#include "common/testing.hpp"
+#include "zeb.h"
+
+namespace {
+
+struct Handle {
+  void* h = nullptr;
+  Handle() { e04rac(&h, 2, nullptr); }
+  ~Handle() { e04rzc(&h, nullptr); }
+};
+
+std::string set(void* h, const char* s) {
+  ZebError fail;
+  ZEB_INIT_FAIL(fail);
+  e04zmc(h, s, &fail);
+  return fail.message;
+}
+
+double real(void* h, const char* name) {
+  Integer i = 0;
+  double r = 0;
+  char c[40];
+  ZebError fail;
+  ZEB_INIT_FAIL(fail);
+  Zeb_OptionType t;
+  e04znc(h, name, &i, &r, c, 40, &t, &fail);
+  return t == Zeb_OptionReal ? r : double(i);
+}
+
+TEST(Options, SetFailuresWithTheirTexts) {
+  Handle p;
+  const struct {
+    const char* optstr;
+    Integer errnum;
+    const char* message;
+  } cases[] = {
+      {"Print Levels = 3", 11,
+       "NE_INVALID_OPTION:\n  On entry, the option supplied in optstr was not recognized:\n"
+       "  optstr = \"Print Levels = 3\"."},
+      {"Print Level=3", 12,
+       "NE_INVALID_FORMAT:\n  On entry, the expected delimiter ' = ' was not found in optstr:\n"
+       "  optstr = \"Print Level=3\"."},
+      {"print level = 2.5", 13,
+       "NE_INVALID_FORMAT:\n  On entry, could not convert the specified optval to an integer:\n"
+       "  optval = \"2.5\"."},
+      {"Time Limit = nan", 13,
+       "NE_INVALID_FORMAT:\n  On entry, could not convert the specified optval to a real:\n"
+       "  optval = \"NAN\"."},
+      {"Print Level = 6", 15,
+       "NE_INVALID_VALUE:\n  On entry, the optval supplied for the integer optional parameter is not\n"
+       "  valid.\n  option = \"PRINT LEVEL\",\n  optval = 6.\n  Constraint: optval <= 5."},
+      {"Outer Iteration Limit = -1", 15,
+       "NE_INVALID_VALUE:\n  On entry, the optval supplied for the integer optional parameter is not\n"
+       "  valid.\n  option = \"OUTER ITERATION LIMIT\",\n  optval = -1.\n  Constraint: optval >= 0."},
+      {"Stop Tolerance 1 = 0", 16,
+       "NE_INVALID_VALUE:\n  On entry, the optval supplied for the real optional parameter is not valid.\n"
+       "  option = \"STOP TOLERANCE 1\",\n  optval = 0.\n  Constraint: optval > 0.0."},
+      {"MA97 Pivot Threshold = 0.6", 16,
+       "NE_INVALID_VALUE:\n  On entry, the optval supplied for the real optional parameter is not valid.\n"
+       "  option = \"MA97 PIVOT THRESHOLD\",\n  optval = 0.6.\n  Constraint: optval <= 0.5."},
+      {"Linesearch Eta = 1", 16,
+       "NE_INVALID_VALUE:\n  On entry, the optval supplied for the real optional parameter is not valid.\n"
+       "  option = \"LINESEARCH ETA\",\n  optval = 1.\n  Constraint: optval < 1.0."},
+      {"Task = maximise", 17,
+       "NE_INVALID_VALUE:\n  On entry, the optval supplied for the character optional parameter is not\n"
+       "  valid.\n  option = \"TASK\",\n  optval = \"MAXIMISE\"."},
+  };
+  for (const auto& k : cases) {
+    ZebError fail;
+    ZEB_INIT_FAIL(fail);
+    e04zmc(p.h, k.optstr, &fail);
+    EXPECT_EQ(fail.errnum, k.errnum) << k.optstr;
+    EXPECT_EQ(std::string(fail.message), k.message);
+  }
+  EXPECT_EQ(real(p.h, "print level"), 2.0) << "failures change nothing";
+  // The edges of the limits are admitted; case and blanks do not matter.
+  for (const char* ok : {"print   LEVEL = 5", "Print Level = 0", "MA97 Pivot Threshold = 0.5",
+                         "Task = feasible   point", "Time Limit = inf"})
+    EXPECT_EQ(set(p.h, ok), "NE_NOERROR:\n  No error.") << ok;
+  EXPECT_EQ(real(p.h, "PRINT LEVEL"), 0.0);
+  EXPECT_EQ(set(p.h, "Print Level = Default"), "NE_NOERROR:\n  No error.");
+  EXPECT_EQ(real(p.h, "Print Level"), 2.0);
+  set(p.h, "Stop Tolerance 1 = 1e-10");
+  set(p.h, "defaults");
+  EXPECT_EQ(real(p.h, "Stop Tolerance 1"), 1e-8);
+  EXPECT_EQ(real(p.h, "MA97 Pivot Threshold"), 1e-8);
+  // The Fortran entry's lines.
+  Integer ifail = -1;
+  const std::string out = zebtest::capture_stdout([&] {
+    const char s[] = "Print Level = 9";
+    e04zmf_(&p.h, s, &ifail, sizeof s - 1);
+  });
+  EXPECT_EQ(out.substr(0, out.find(" ** ABNORMAL")),
+            " ** On entry, the optval supplied for the integer optional parameter is not\n"
+            " ** valid.\n ** option = \"PRINT LEVEL\",\n ** optval = 9\n ** Constraint: optval <= 5\n");
+}
+
+TEST(Options, ReadingBackAndTruncation) {
+  Handle p;
+  set(p.h, "Task = Feasible Point");
+  Integer i = 0;
+  double r = 0;
+  char c[8];
+  Zeb_OptionType t;
+  ZebError fail;
+  ZEB_INIT_FAIL(fail);
+  e04znc(p.h, "task", &i, &r, c, 8, &t, &fail);
+  EXPECT_EQ(t, Zeb_OptionCharacter);
+  EXPECT_EQ(fail.code, NW_TRUNCATED);
+  EXPECT_STREQ(c, "FEASIBL");
+  EXPECT_EQ(std::string(fail.message).rfind("NW_TRUNCATED:\n  On entry, optstr indicates", 0), 0u);
+  e04znc(p.h, "task", &i, &r, c, 1, &t, &fail);
+  EXPECT_STREQ(fail.message, "NE_INT:\n  On entry, lcvalue = 1.\n  Constraint: lcvalue > 1.");
+  e04znc(p.h, "Infinite Bound Size", &i, &r, c, 8, &t, &fail);
+  EXPECT_EQ(t, Zeb_OptionReal);
+  EXPECT_EQ(r, 1e19) << "Ipopt's nlp_upper_bound_inf";
+}
+
+TEST(Options, FilesBetweenBeginAndEnd) {
+  Handle p;
+  const std::string f = "/tmp/zeb_options_" + std::to_string(getpid());
+  const struct {
+    const char* text;
+    Integer errnum;
+    const char* message;
+  } cases[] = {
+      {"no begin here\n", 4,
+       "NE_NOT_READ_FILE:\n  End-of-file or read error detected before BEGIN was found."},
+      {"Begin\nPrint Level = 3\n", 4,
+       "NE_NOT_READ_FILE:\n  BEGIN found, but end-of-file found before END."},
+      {"x\nBEGIN\n* comment\n\nPrint Level = 3\nPrint Levels = 3\nEND\n", 11,
+       "NE_INVALID_OPTION:\n  The option provided on line 6 was not recognized."},
+      {"BEGIN\nPrint Level 3\nEND\n", 12,
+       "NE_INVALID_FORMAT:\n  The expected delimiter ' = ' was not found on line 2."},
+      {"BEGIN\nPrint Level = x\nEND\n", 13,
+       "NE_INVALID_FORMAT:\n  The optval provided on line 2 could not be converted\n"
+       "  to the expected numerical type."},
+      {"BEGIN\nPrint Level = 7\nEND\n", 15,
+       "NE_INVALID_VALUE:\n  The optval provided on line 2 for the integer\n"
+       "  optional parameter is out of bounds."},
+      {"BEGIN\nTime Limit = -1\nEND\n", 16,
+       "NE_INVALID_VALUE:\n  The optval provided on line 2 for the real\n"
+       "  optional parameter is out of bounds."},
+      {"BEGIN\nTask = Up\nEND\n", 17,
+       "NE_INVALID_VALUE:\n  The optval provided on line 2 for the character\n"
+       "  optional parameter is not valid."},
+      {"BEGIN\n  print level = 4\nTask = Maximize\nEnd\n", 0, "NE_NOERROR:\n  No error."},
+  };
+  for (const auto& k : cases) {
+    std::ofstream(f) << k.text;
+    ZebError fail;
+    ZEB_INIT_FAIL(fail);
+    Integer unit = -1;
+    x04acc(f.c_str(), 0, &unit, &fail);
+    e04zpc(p.h, unit, &fail);
+    EXPECT_EQ(fail.errnum, k.errnum) << k.text;
+    EXPECT_STREQ(fail.message, k.message);
+    x04adc(unit, nullptr);
+  }
+  EXPECT_EQ(real(p.h, "Print Level"), 4.0) << "only the good file changed the options";
+  std::remove(f.c_str());
+}
+
+}  // namespace
