@@ -76,6 +76,26 @@ void e04rxf_(void **handle, const char *cmdstr, const Integer *ioflag, const Int
              double rarr[], Integer *ifail, size_t cmdstr_len);
 #define zeb_opt_handle_set_get_real e04rxc
 
+/* e04rd: reads a semidefinite problem from a file in the sparse SDPA format
+   on the unit fileid (opened with x04acc): min c'x subject to
+   x_1 F_1 + ... + x_m F_m - F_0 >= 0.  Returns nvar = m, c dense in cvec
+   (nnzc its nonzeros), the nblk block sizes, and the matrices
+   A_0 = -F_0, A_i = F_i (nnza[0..nvar] elements each, one after another in
+   irowa, icola, a; rows and columns numbered through all blocks, upper
+   triangles): the arguments e04rnc takes.  Capacities maxnvar (cvec; nnza
+   holds maxnvar + 1), maxnblk and maxnnz that are too small fail with
+   NE_INT_MAX naming the sizes needed, nvar and nblk set: a call with zero
+   capacities asks for the sizes.  Comment lines begin with '"' or '*';
+   "{ } ( ) ," separate numbers as blanks do. */
+void e04rdc(Integer fileid, Integer maxnvar, Integer maxnblk, Integer maxnnz, Integer *nvar,
+            Integer *nnzc, double cvec[], Integer *nblk, Integer blksizea[], Integer nnza[],
+            Integer irowa[], Integer icola[], double a[], ZebError *fail);
+void e04rdf_(const Integer *infile, const Integer *maxnvar, const Integer *maxnblk,
+             const Integer *maxnnz, Integer *nvar, Integer *nnzc, double cvec[], Integer *nblk,
+             Integer blksizea[], Integer nnza[], Integer irowa[], Integer icola[], double a[],
+             Integer *ifail);
+#define zeb_opt_read_sdpa e04rdc
+
 /* ---- Options ------------------------------------------------------
    Every handle holds every option of the suite's registry (their names,
    types, defaults and limits: optim/options.inc) at its default.  Names

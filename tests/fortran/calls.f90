@@ -313,6 +313,20 @@ program calls
   type(c_ptr) :: e04zpf_handle = c_null_ptr
   integer(kind=8) :: e04zpf_nin = 0
   integer(kind=8) :: e04zpf_ifail = 0
+  integer(kind=8) :: e04rdf_infile = 0
+  integer(kind=8) :: e04rdf_maxnvar = 0
+  integer(kind=8) :: e04rdf_maxnblk = 0
+  integer(kind=8) :: e04rdf_maxnnz = 0
+  integer(kind=8) :: e04rdf_nvar = 0
+  integer(kind=8) :: e04rdf_nnzc = 0
+  real(kind=8) :: e04rdf_cvec(4) = 0
+  integer(kind=8) :: e04rdf_nblk = 0
+  integer(kind=8) :: e04rdf_blksizea(4) = 0
+  integer(kind=8) :: e04rdf_nnza(4) = 0
+  integer(kind=8) :: e04rdf_irowa(4) = 0
+  integer(kind=8) :: e04rdf_icola(4) = 0
+  real(kind=8) :: e04rdf_a(4) = 0
+  integer(kind=8) :: e04rdf_ifail = 0
   call x04aaf(x04aaf_iflag, x04aaf_nerr)
   call x04abf(x04abf_iflag, x04abf_nadv)
   call x04baf(x04baf_nout, x04baf_rec)
@@ -396,6 +410,9 @@ program calls
   call e04znf(e04znf_handle, e04znf_optstr, e04znf_ivalue, e04znf_rvalue, e04znf_cvalue, &
               e04znf_optype, e04znf_ifail)
   call e04zpf(e04zpf_handle, e04zpf_nin, e04zpf_ifail)
+  call e04rdf(e04rdf_infile, e04rdf_maxnvar, e04rdf_maxnblk, e04rdf_maxnnz, e04rdf_nvar, &
+              e04rdf_nnzc, e04rdf_cvec, e04rdf_nblk, e04rdf_blksizea, e04rdf_nnza, e04rdf_irowa, &
+              e04rdf_icola, e04rdf_a, e04rdf_ifail)
 contains
   subroutine take_real(v)
     real(kind=8), intent(in) :: v
