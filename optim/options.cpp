@@ -89,8 +89,8 @@ Rel outside(const OptionDef& d, double v, double* limit) {
 void Options::reset(int k) {
   const OptionDef& d = kOptions[k];
   Value x;
-  x.i = int64_t(d.def);
-  x.r = d.def;
+  if (d.type == Type::Integer) x.i = int64_t(d.def);
+  if (d.type == Type::Real) x.r = d.def;
   if (d.type == Type::Keyword) {
     const auto w = keywords(d);
     for (size_t j = 0; j < w.size(); ++j)

@@ -116,12 +116,12 @@ struct Token {
 // The data lines of a file, one at a time, cut into tokens.
 class Reader {
  public:
-  Reader(ZebEnData* en, int64_t unit) : en_(en), unit_(unit), rec_(size_t(1) << 20) {}
+  // Lines of up to 65536 characters (an objective of some 5000 reals).
+  Reader(ZebEnData* en, int64_t unit) : en_(en), unit_(unit), rec_(size_t(1) << 16) {}
   // The next line with data; false at the end of the file.
   bool next(std::vector<Token>& t) {
     for (;;) {
       int64_t ierr = 0;
-      std::memset(rec_.data(), ' ', rec_.size());
       x04bbzn_(en_, &unit_, rec_.data(), &ierr, int64_t(rec_.size()));
       if (ierr != 0) return false;
       ++line;

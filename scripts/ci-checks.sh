@@ -47,7 +47,7 @@ for stage in "${stages[@]}"; do
     fuzz)
       CC=clang CXX=clang++ configure "$base/fuzz" -DZEB_TESTS=OFF -DZEB_FUZZ=ON \
         -DZEB_SANITIZE=fuzzer-no-link,address,undefined
-      cmake --build "$base/fuzz" -j "$(nproc)" >/dev/null
+      cmake --build "$base/fuzz" -j "$(nproc)" --target fuzz_targets >/dev/null
       pass=0
       for f in "$base"/fuzz/fuzz/*_fuzz; do
         "$f" -runs="${ZEB_FUZZ_RUNS:-100000}" -max_total_time=120 -max_len=4096 \
