@@ -279,7 +279,7 @@ ZEB_API void e04rdc(Integer fileid, Integer maxnvar, Integer maxnblk, Integer ma
     bool needed;
   } args[] = {{"nvar", nvar, true},          {"nnzc", nnzc, true},
               {"cvec", cvec, maxnvar > 0},   {"nblk", nblk, true},
-              {"blksizea", blksizea, maxnblk > 0}, {"nnza", nnza, maxnvar >= 0},
+              {"blksizea", blksizea, maxnblk > 0}, {"nnza", nnza, maxnvar > 0},
               {"irowa", irowa, maxnnz > 0},  {"icola", icola, maxnnz > 0},
               {"a", a, maxnnz > 0}};
   for (const auto& x : args)

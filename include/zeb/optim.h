@@ -83,7 +83,7 @@ void e04rxf_(void **handle, const char *cmdstr, const Integer *ioflag, const Int
    A_0 = -F_0, A_i = F_i (nnza[0..nvar] elements each, one after another in
    irowa, icola, a; rows and columns numbered through all blocks, upper
    triangles): the arguments e04rnc takes.  Capacities maxnvar (cvec; nnza
-   holds maxnvar + 1), maxnblk and maxnnz that are too small fail with
+   holds maxnvar + 1; arrays of capacity 0 may be null), maxnblk and maxnnz that are too small fail with
    NE_INT_MAX naming the sizes needed, nvar and nblk set: a call with zero
    capacities asks for the sizes.  Comment lines begin with '"' or '*';
    "{ } ( ) ," separate numbers as blanks do. */
