@@ -169,6 +169,35 @@ SetResult set_option(Options& o, std::string_view optstr) {
   return r;
 }
 
+std::string option_doc() {
+  std::string d =
+      "# Options of the optimisation suite\n\n"
+      "Made from the registry, `optim/options.inc` (the test that checks this file\n"
+      "rewrites it with `ZEB_WRITE_OPTION_DOC=1`). Set with `e04zm` as \"name = value\";\n"
+      "names and keywords in any case, not abbreviated.\n\n"
+      "| Option | Type | Default | Admissible values |\n|---|---|---|---|\n";
+  const Options defaults;
+  for (int k = 0; k < kOptionCount; ++k) {
+    const OptionDef& o = kOptions[k];
+    std::string range;
+    if (o.type == Type::Keyword) {
+      for (const std::string& w : keywords(o)) range += (range.empty() ? "" : ", ") + w;
+    } else {
+      const auto num = [&](double v) {
+        char b[32];
+        std::snprintf(b, sizeof b, o.type == Type::Integer ? "%.0f" : "%g", v);
+        return std::string(b);
+      };
+      if (o.lorel != NO) range += num(o.lo) + (o.lorel == GE ? " <= " : " < ");
+      range += "value";
+      if (o.hirel != NO) range += (o.hirel == LE ? " <= " : " < ") + num(o.hi);
+    }
+    const char* type = o.type == Type::Integer ? "integer" : o.type == Type::Real ? "real" : "keyword";
+    d += "| " + std::string(o.name) + " | " + type + " | " + defaults.text(k) + " | " + range + " |\n";
+  }
+  return d;
+}
+
 bool report_options(ZebEnData* en, int64_t unit, const Options& o, bool all) {
   bool ok = write_line(en, unit, " ") == 0 &&
             write_line(en, unit, all ? " All option settings" : " Option settings") == 0;

@@ -67,6 +67,9 @@ struct SetResult {
 };
 SetResult set_option(Options& o, std::string_view optstr);
 
+// The registry as Markdown (optim/OPTIONS.md is this text).
+std::string option_doc();
+
 // The options report on a unit (the options the user set, or all of them),
 // and the store's bookkeeping dump; false when a record could not be
 // written.

@@ -2,11 +2,14 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
+#include <iterator>
 #include <string>
 #include <unistd.h>
 
 #include "common/testing.hpp"
+#include "optim/options.hpp"
 #include "zeb.h"
 
 namespace {
@@ -167,6 +170,16 @@ TEST(Options, FilesBetweenBeginAndEnd) {
   }
   EXPECT_EQ(real(p.h, "Print Level"), 4.0) << "only the good file changed the options";
   std::remove(f.c_str());
+}
+
+TEST(Options, TheDocumentationIsTheRegistry) {
+  const std::string path = std::string(ZEB_TEST_DATA) + "/../../optim/OPTIONS.md";
+  const std::string doc = zeb::opt::option_doc();
+  if (std::getenv("ZEB_WRITE_OPTION_DOC")) std::ofstream(path) << doc;
+  std::ifstream in(path);
+  const std::string committed((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+  EXPECT_EQ(committed, doc) << "rerun with ZEB_WRITE_OPTION_DOC=1";
+  EXPECT_NE(doc.find("| INFINITE BOUND SIZE | real | 1.00000E+19 | 1000 <= value |"), std::string::npos);
 }
 
 }  // namespace
