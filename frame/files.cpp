@@ -3,7 +3,9 @@
 // diagnostic file.
 #include <cstdio>
 #include <cstdlib>
+#include <algorithm>
 #include <cstring>
+#include <string>
 
 #include "layers.hpp"
 #include "units.hpp"
@@ -134,13 +136,26 @@ typedef void (*zeb_rec_reader)(ZebEnData*, const int64_t*, char*, int64_t*, int6
 typedef void (*zeb_rec_rmarshal)(zeb_rec_reader, ZebEnData*, const int64_t*, char*, int64_t*,
                                  int64_t);
 
-ZEB_API void x04bbzn_(ZebEnData*, const int64_t* unit, char* rec, int64_t* ierr, int64_t len) {
-  *ierr = 0;
-  if (unit_state(*unit) != kConnected) {
-    *ierr = 3;
-    return;
+int64_t zeb::read_line(int64_t unit, std::string& line) {
+  line.clear();
+  if (unit_state(unit) != kConnected) return 3;
+  char part[256];
+  for (int64_t more = 1, got = 0, ierr = 0; more;) {
+    zeb_f_read_part(unit, part, &got, &more, &ierr);
+    if (ierr != 0) return ierr;
+    line.append(part, size_t(got));
   }
-  zeb_f_read(*unit, rec, len, ierr);
+  return 0;
+}
+
+// The record, cut or padded with blanks to len characters.
+ZEB_API void x04bbzn_(ZebEnData*, const int64_t* unit, char* rec, int64_t* ierr, int64_t len) {
+  std::string line;
+  *ierr = zeb::read_line(*unit, line);
+  if (*ierr != 0) return;
+  const size_t n = std::min(line.size(), size_t(len));
+  std::memcpy(rec, line.data(), n);
+  std::memset(rec + n, ' ', size_t(len) - n);
 }
 
 static inline void call_reader(zeb_rec_reader r, ZebEnData* en, const int64_t* unit, char* rec,

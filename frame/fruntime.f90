@@ -14,30 +14,38 @@ subroutine zeb_f_write(unit, rec, n, ierr) bind(c, name='zeb_f_write')
   flush (unit, iostat=ios)
 end subroutine zeb_f_write
 
-subroutine zeb_f_read(unit, rec, n, ierr) bind(c, name='zeb_f_read')
+! One piece of a record, up to 256 characters, read without advancing past
+! the record's end: more = 1 while the record goes on after the piece.
+! ierr: 0 read, 1 end of file, 2 read error.
+subroutine zeb_f_read_part(unit, part, got, more, ierr) bind(c, name='zeb_f_read_part')
   use iso_c_binding, only: c_int64_t, c_char
   implicit none
-  integer(c_int64_t), value :: unit, n
-  character(kind=c_char), intent(out) :: rec(*)
-  integer(c_int64_t), intent(out) :: ierr
-  character(len=:), allocatable :: line
-  integer :: ios
-  integer(c_int64_t) :: i
-  allocate (character(len=n) :: line)
-  read (unit, '(a)', iostat=ios) line
+  integer(c_int64_t), value :: unit
+  character(kind=c_char), intent(out) :: part(256)
+  integer(c_int64_t), intent(out) :: got, more, ierr
+  character(len=256) :: piece
+  integer :: ios, sz, i
+  got = 0
+  more = 0
+  sz = 0
+  read (unit, '(a)', advance='no', size=sz, iostat=ios) piece
   if (ios == 0) then
+    ierr = 0
+    more = 1
+  else if (is_iostat_eor(ios)) then
     ierr = 0
   else if (is_iostat_end(ios)) then
     ierr = 1
+    return
   else
     ierr = 2
+    return
   end if
-  if (ierr == 0) then
-    do i = 1, n
-      rec(i) = line(i:i)
-    end do
-  end if
-end subroutine zeb_f_read
+  do i = 1, sz
+    part(i) = piece(i:i)
+  end do
+  got = sz
+end subroutine zeb_f_read_part
 
 ! mode 0: read an existing file; 1: write (replace); 2: append.
 ! unit < 0 on entry: a free unit (1000 or above) is chosen and returned.

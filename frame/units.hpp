@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "zeb/types.h"
 
@@ -20,7 +21,7 @@ void p01abxu_(const int64_t* quiet, const int64_t* hard, const int64_t* ierr,
 void zeb_f_write(int64_t unit, const char* rec, int64_t len, int64_t* ierr);
 void zeb_f_open(int64_t* unit, const char* name, int64_t len, int64_t mode, int64_t* ierr);
 void zeb_f_close(int64_t unit, int64_t* ierr);
-void zeb_f_read(int64_t unit, char* rec, int64_t len, int64_t* ierr);
+void zeb_f_read_part(int64_t unit, char* part, int64_t* got, int64_t* more, int64_t* ierr);
 void zeb_f_stop(int64_t status);
 }
 
@@ -33,5 +34,10 @@ extern int64_t g_advisory_unit;  // the advisory message unit
 // callback (the internal shim and x04bazn_ unless a binding supplies its own).
 int64_t write_record(ZebEnData* en, int64_t unit, const char* rec, int64_t len);
 int64_t write_line(ZebEnData* en, int64_t unit, const char* cstr);
+
+// Reads one whole record of a unit into line, however long, in time
+// proportional to its length.  Returns 0 read, 1 end of file, 2 read error,
+// 3 unit not connected.
+int64_t read_line(int64_t unit, std::string& line);
 
 }  // namespace zeb

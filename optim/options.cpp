@@ -436,21 +436,16 @@ ZEB_API void e04znc(void* handle, const char* optstr, Integer* ivalue, double* r
 ZEB_LAYERS_EN(e04zpf, E04ZPF_ARGS)
 ZEB_FORTRAN_SUBROUTINE(e04zpf, E04ZPF_ARGS, kZpMessages)
 
-extern "C" void x04bbzn_(ZebEnData*, const int64_t* unit, char* rec, int64_t* ierr, int64_t len);
-
-extern "C" void e04zpfn_(ZebEnData* en, void* handle, const int64_t* nin, char* errbuf,
+extern "C" void e04zpfn_(ZebEnData*, void* handle, const int64_t* nin, char* errbuf,
                          int64_t* ifail, int64_t len) {
   *ifail = 0;
   Problem* p = open_options(handle, errbuf, len, ifail);
   if (!p) return;
   const auto fail = [&](const auto& row, auto... v) { zeb::fail(errbuf, len, ifail, row, v...); };
-  std::vector<char> rec(4096);
+  std::string rec;
   int64_t line = 0;
   const auto next = [&](std::string& out) {  // false at the end of the file or on an error
-    int64_t ierr = 0;
-    std::memset(rec.data(), ' ', rec.size());
-    x04bbzn_(en, nin, rec.data(), &ierr, int64_t(rec.size()));
-    if (ierr != 0) return false;
+    if (zeb::read_line(*nin, rec) != 0) return false;
     ++line;
     out = normal(trimmed(rec.data(), int64_t(rec.size())));
     return true;

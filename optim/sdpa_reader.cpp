@@ -21,10 +21,9 @@
 #include <vector>
 
 #include "frame/layers.hpp"
+#include "frame/units.hpp"
 #include "optim/optim.def"
 #include "zeb/optim.h"
-
-extern "C" void x04bbzn_(ZebEnData*, const int64_t* unit, char* rec, int64_t* ierr, int64_t len);
 
 namespace {
 
@@ -116,17 +115,14 @@ struct Token {
 // The data lines of a file, one at a time, cut into tokens.
 class Reader {
  public:
-  // Lines of up to 65536 characters (an objective of some 5000 reals).
-  Reader(ZebEnData* en, int64_t unit) : en_(en), unit_(unit), rec_(size_t(1) << 16) {}
+  explicit Reader(int64_t unit) : unit_(unit) {}
   // The next line with data; false at the end of the file.
   bool next(std::vector<Token>& t) {
     for (;;) {
-      int64_t ierr = 0;
-      x04bbzn_(en_, &unit_, rec_.data(), &ierr, int64_t(rec_.size()));
-      if (ierr != 0) return false;
+      if (zeb::read_line(unit_, rec_) != 0) return false;
       ++line;
       any = true;
-      std::string_view l(rec_.data(), rec_.size());
+      std::string_view l(rec_);
       while (!l.empty() && l.back() == ' ') l.remove_suffix(1);
       const size_t first = l.find_first_not_of(" \t");
       if (first == l.npos || l[first] == '"' || l[first] == '*') continue;
@@ -144,9 +140,8 @@ class Reader {
   bool any = false;
 
  private:
-  ZebEnData* en_;
   int64_t unit_;
-  std::vector<char> rec_;
+  std::string rec_;
 };
 
 }  // namespace
@@ -154,7 +149,7 @@ class Reader {
 ZEB_LAYERS_EN(e04rdf, E04RDF_ARGS)
 ZEB_FORTRAN_SUBROUTINE(e04rdf, E04RDF_ARGS, kRdMessages)
 
-extern "C" void e04rdfn_(ZebEnData* en, const int64_t* infile, const int64_t* maxnvar,
+extern "C" void e04rdfn_(ZebEnData*, const int64_t* infile, const int64_t* maxnvar,
                          const int64_t* maxnblk, const int64_t* maxnnz, int64_t* nvar,
                          int64_t* nnzc, double* cvec, int64_t* nblk, int64_t* blksizea,
                          int64_t* nnza, int64_t* irowa, int64_t* icola, double* a, char* errbuf,
@@ -169,7 +164,7 @@ extern "C" void e04rdfn_(ZebEnData* en, const int64_t* infile, const int64_t* ma
   if (*maxnvar < 0) return fail(kMaxnvar, *maxnvar);
   if (*maxnblk < 0) return fail(kMaxnblk, *maxnblk);
   if (*maxnnz < 0) return fail(kMaxnnz, *maxnnz);
-  Reader r(en, *infile);
+  Reader r(*infile);
   std::vector<Token> t;
   const auto integer = [&](const Token& k, int64_t* v) {
     if (k.s.size() > kLongestToken) return fail(kTooLong, r.line, k.first), false;

@@ -201,8 +201,13 @@ Poly jump_entry(int64_t j) {
   return p;
 }
 
-// x^d mod P, over the binary digits of d, most significant first.
+// x^d mod P, over the binary digits of d, most significant first.  The last
+// power is kept per thread: a leap-frog stream with a far stride needs the
+// same one at every call.
 Poly xpow(u128 d) {
+  thread_local u128 last_d = 0;
+  thread_local Poly last;
+  if (!last.empty() && d == last_d) return last;
   Poly r = one_poly();
   int top = 127;
   while (top >= 0 && !((d >> top) & 1)) --top;
@@ -210,6 +215,8 @@ Poly xpow(u128 d) {
     r = sqr_mod(r);
     if ((d >> b) & 1) r = mulx_mod(r);
   }
+  last_d = d;
+  last = r;
   return r;
 }
 

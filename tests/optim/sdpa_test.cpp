@@ -138,6 +138,13 @@ TEST(Sdpa, MalformedFilesGetTheirOwnMessages) {
   EXPECT_EQ(s.nnzc, 2);
   EXPECT_EQ(V(s.nnza.begin(), s.nnza.begin() + 3), (V{1, 0, 1}));
   EXPECT_EQ(s.a[0], -3.0);
+  // Lines of any length (a 200000-character objective line, padded with
+  // blanks) and a last line without its newline.
+  std::ofstream(path) << "2\n1\n2\n" << std::string(200000, ' ') << "1 7.5\n1 1 1 1 2.0";
+  const Sdpa t = read(path, 5, 5, 5);
+  EXPECT_EQ(t.fail.code, NE_NOERROR) << t.fail.message;
+  EXPECT_EQ(t.c[1], 7.5);
+  EXPECT_EQ(V(t.nnza.begin(), t.nnza.begin() + 3), (V{0, 1, 0}));
   std::remove(path.c_str());
 }
 
