@@ -101,6 +101,16 @@ struct CArray {
 };
 bool c_null(ZebError* fail, const char* routine, std::initializer_list<CArray> arrays);
 
+// A C entry: the pointer checks, then the traced layer called with the
+// coded buffer, its failure number and length (eb, ie, kErrbufLen).
+template <class Call>
+void c_call(ZebError* fail, const char* routine, Messages msgs,
+            std::initializer_list<CArray> arrays, Call&& call) {
+  if (c_null(fail, routine, arrays)) return;
+  zeb::c_entry(fail, routine, msgs,
+               [&](ZebEnData* en, char* eb, int64_t* ie) { call(en, eb, ie); });
+}
+
 struct BoundRows {
   Msg<3> order, lower, upper;
 };

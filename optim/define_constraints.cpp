@@ -116,10 +116,10 @@ extern "C" void e04rhfn_(void* handle, const int64_t* nvar, const double* bl,
 
 ZEB_API void e04rhc(void* handle, Integer nvar, const double bl[], const double bu[],
                     ZebError* fail) {
-  if (c_null(fail, "e04rhc", {{"bl", bl, nvar}, {"bu", bu, nvar}})) return;
-  zeb::c_entry(fail, "e04rhc", kRhMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
-    e04rhft_(en, handle, &nvar, bl, bu, eb, ie, zeb::kErrbufLen);
-  });
+  c_call(fail, "e04rhc", kRhMessages, {{"bl", bl, nvar}, {"bu", bu, nvar}},
+         [&](ZebEnData* en, char* eb, int64_t* ie) {
+           e04rhft_(en, handle, &nvar, bl, bu, eb, ie, zeb::kErrbufLen);
+         });
 }
 
 ZEB_LAYERS(e04rjf, E04RJF_ARGS)
@@ -148,13 +148,17 @@ extern "C" void e04rjfn_(void* handle, const int64_t* nclin, const double* bl,
 ZEB_API void e04rjc(void* handle, Integer nclin, const double bl[], const double bu[],
                     Integer nnzb, const Integer irowb[], const Integer icolb[], const double b[],
                     Integer* idlc, ZebError* fail) {
-  if (c_null(fail, "e04rjc",
-             {{"bl", bl, nclin}, {"bu", bu, nclin}, {"irowb", irowb, nnzb},
-              {"icolb", icolb, nnzb}, {"b", b, nnzb}, {"idlc", idlc, 1}}))
-    return;
-  zeb::c_entry(fail, "e04rjc", kRjMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
-    e04rjft_(en, handle, &nclin, bl, bu, &nnzb, irowb, icolb, b, idlc, eb, ie, zeb::kErrbufLen);
-  });
+  c_call(fail, "e04rjc", kRjMessages,
+         {{"bl", bl, nclin},
+          {"bu", bu, nclin},
+          {"irowb", irowb, nnzb},
+          {"icolb", icolb, nnzb},
+          {"b", b, nnzb},
+          {"idlc", idlc, 1}},
+         [&](ZebEnData* en, char* eb, int64_t* ie) {
+           e04rjft_(en, handle, &nclin, bl, bu, &nnzb, irowb, icolb, b, idlc, eb, ie,
+                    zeb::kErrbufLen);
+         });
 }
 
 ZEB_LAYERS(e04rkf, E04RKF_ARGS)
@@ -182,13 +186,12 @@ extern "C" void e04rkfn_(void* handle, const int64_t* ncnln, const double* bl,
 ZEB_API void e04rkc(void* handle, Integer ncnln, const double bl[], const double bu[],
                     Integer nnzgd, const Integer irowgd[], const Integer icolgd[],
                     ZebError* fail) {
-  if (c_null(fail, "e04rkc",
-             {{"bl", bl, ncnln}, {"bu", bu, ncnln}, {"irowgd", irowgd, nnzgd},
-              {"icolgd", icolgd, nnzgd}}))
-    return;
-  zeb::c_entry(fail, "e04rkc", kRkMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
-    e04rkft_(en, handle, &ncnln, bl, bu, &nnzgd, irowgd, icolgd, eb, ie, zeb::kErrbufLen);
-  });
+  c_call(
+      fail, "e04rkc", kRkMessages,
+      {{"bl", bl, ncnln}, {"bu", bu, ncnln}, {"irowgd", irowgd, nnzgd}, {"icolgd", icolgd, nnzgd}},
+      [&](ZebEnData* en, char* eb, int64_t* ie) {
+        e04rkft_(en, handle, &ncnln, bl, bu, &nnzgd, irowgd, icolgd, eb, ie, zeb::kErrbufLen);
+      });
 }
 
 ZEB_LAYERS(e04rlf, E04RLF_ARGS)
@@ -219,8 +222,8 @@ extern "C" void e04rlfn_(void* handle, const int64_t* idfp, const int64_t* nnzh,
 
 ZEB_API void e04rlc(void* handle, Integer idf, Integer nnzh, const Integer irowh[],
                     const Integer icolh[], ZebError* fail) {
-  if (c_null(fail, "e04rlc", {{"irowh", irowh, nnzh}, {"icolh", icolh, nnzh}})) return;
-  zeb::c_entry(fail, "e04rlc", kRlMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
-    e04rlft_(en, handle, &idf, &nnzh, irowh, icolh, eb, ie, zeb::kErrbufLen);
-  });
+  c_call(fail, "e04rlc", kRlMessages, {{"irowh", irowh, nnzh}, {"icolh", icolh, nnzh}},
+         [&](ZebEnData* en, char* eb, int64_t* ie) {
+           e04rlft_(en, handle, &idf, &nnzh, irowh, icolh, eb, ie, zeb::kErrbufLen);
+         });
 }

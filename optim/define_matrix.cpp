@@ -192,15 +192,17 @@ ZEB_API void e04rnc(void* handle, Integer nvar, Integer dima, const Integer nnza
                     Integer nnzasum, const Integer irowa[], const Integer icola[],
                     const double a[], Integer nblk, const Integer blksizea[], Integer* idblk,
                     ZebError* fail) {
-  if (c_null(fail, "e04rnc",
-             {{"nnza", nnza, nvar + 1 > 0 ? nvar + 1 : 0}, {"irowa", irowa, nnzasum},
-              {"icola", icola, nnzasum}, {"a", a, nnzasum}, {"blksizea", blksizea, nblk},
-              {"idblk", idblk, 1}}))
-    return;
-  zeb::c_entry(fail, "e04rnc", kRnMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
-    e04rnft_(en, handle, &nvar, &dima, nnza, &nnzasum, irowa, icola, a, &nblk, blksizea, idblk,
-             eb, ie, zeb::kErrbufLen);
-  });
+  c_call(fail, "e04rnc", kRnMessages,
+         {{"nnza", nnza, nvar + 1 > 0 ? nvar + 1 : 0},
+          {"irowa", irowa, nnzasum},
+          {"icola", icola, nnzasum},
+          {"a", a, nnzasum},
+          {"blksizea", blksizea, nblk},
+          {"idblk", idblk, 1}},
+         [&](ZebEnData* en, char* eb, int64_t* ie) {
+           e04rnft_(en, handle, &nvar, &dima, nnza, &nnzasum, irowa, icola, a, &nblk, blksizea,
+                    idblk, eb, ie, zeb::kErrbufLen);
+         });
 }
 
 ZEB_LAYERS(e04rpf, E04RPF_ARGS)
@@ -255,14 +257,17 @@ ZEB_API void e04rpc(void* handle, Integer idblk, Integer dimq, Integer nq, const
                     const Integer qj[], const Integer nnzq[], Integer nnzqsum,
                     const Integer irowq[], const Integer icolq[], const double q[],
                     ZebError* fail) {
-  if (c_null(fail, "e04rpc",
-             {{"qi", qi, nq}, {"qj", qj, nq}, {"nnzq", nnzq, nq}, {"irowq", irowq, nnzqsum},
-              {"icolq", icolq, nnzqsum}, {"q", q, nnzqsum}}))
-    return;
-  zeb::c_entry(fail, "e04rpc", kRpMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
-    e04rpft_(en, handle, &idblk, &dimq, &nq, qi, qj, nnzq, &nnzqsum, irowq, icolq, q, eb, ie,
-             zeb::kErrbufLen);
-  });
+  c_call(fail, "e04rpc", kRpMessages,
+         {{"qi", qi, nq},
+          {"qj", qj, nq},
+          {"nnzq", nnzq, nq},
+          {"irowq", irowq, nnzqsum},
+          {"icolq", icolq, nnzqsum},
+          {"q", q, nnzqsum}},
+         [&](ZebEnData* en, char* eb, int64_t* ie) {
+           e04rpft_(en, handle, &idblk, &dimq, &nq, qi, qj, nnzq, &nnzqsum, irowq, icolq, q, eb, ie,
+                    zeb::kErrbufLen);
+         });
 }
 
 ZEB_LAYERS(e04rbf, E04RBF_ARGS)
@@ -306,10 +311,10 @@ extern "C" void e04rbfn_(void* handle, const char* gtype, int64_t gtype_len,
 
 ZEB_API void e04rbc(void* handle, const char* gtype, Integer lgroup, const Integer group[],
                     Integer* idgroup, ZebError* fail) {
-  if (c_null(fail, "e04rbc", {{"gtype", gtype, 1}, {"group", group, lgroup}, {"idgroup", idgroup, 1}}))
-    return;
-  const int64_t glen = int64_t(std::strlen(gtype));
-  zeb::c_entry(fail, "e04rbc", kRbMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
-    e04rbft_(en, handle, gtype, glen, &lgroup, group, idgroup, eb, ie, zeb::kErrbufLen);
-  });
+  c_call(fail, "e04rbc", kRbMessages,
+         {{"gtype", gtype, 1}, {"group", group, lgroup}, {"idgroup", idgroup, 1}},
+         [&](ZebEnData* en, char* eb, int64_t* ie) {
+           e04rbft_(en, handle, gtype, int64_t(std::strlen(gtype)), &lgroup, group, idgroup, eb, ie,
+                    zeb::kErrbufLen);
+         });
 }

@@ -89,10 +89,10 @@ extern "C" void e04refn_(void* handle, const int64_t* nvar, const double* cvec,
 }
 
 ZEB_API void e04rec(void* handle, Integer nvar, const double cvec[], ZebError* fail) {
-  if (c_null(fail, "e04rec", {{"cvec", cvec, nvar}})) return;
-  zeb::c_entry(fail, "e04rec", kReMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
-    e04reft_(en, handle, &nvar, cvec, eb, ie, zeb::kErrbufLen);
-  });
+  c_call(fail, "e04rec", kReMessages, {{"cvec", cvec, nvar}},
+         [&](ZebEnData* en, char* eb, int64_t* ie) {
+           e04reft_(en, handle, &nvar, cvec, eb, ie, zeb::kErrbufLen);
+         });
 }
 
 ZEB_LAYERS(e04rff, E04RFF_ARGS)
@@ -123,12 +123,15 @@ extern "C" void e04rffn_(void* handle, const int64_t* nnzc, const int64_t* idxc,
 ZEB_API void e04rfc(void* handle, Integer nnzc, const Integer idxc[], const double c[],
                     Integer nnzh, const Integer irowh[], const Integer icolh[], const double h[],
                     ZebError* fail) {
-  if (c_null(fail, "e04rfc", {{"idxc", idxc, nnzc}, {"c", c, nnzc}, {"irowh", irowh, nnzh},
-                              {"icolh", icolh, nnzh}, {"h", h, nnzh}}))
-    return;
-  zeb::c_entry(fail, "e04rfc", kRfMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
-    e04rfft_(en, handle, &nnzc, idxc, c, &nnzh, irowh, icolh, h, eb, ie, zeb::kErrbufLen);
-  });
+  c_call(fail, "e04rfc", kRfMessages,
+         {{"idxc", idxc, nnzc},
+          {"c", c, nnzc},
+          {"irowh", irowh, nnzh},
+          {"icolh", icolh, nnzh},
+          {"h", h, nnzh}},
+         [&](ZebEnData* en, char* eb, int64_t* ie) {
+           e04rfft_(en, handle, &nnzc, idxc, c, &nnzh, irowh, icolh, h, eb, ie, zeb::kErrbufLen);
+         });
 }
 
 ZEB_LAYERS(e04rgf, E04RGF_ARGS)
@@ -149,10 +152,10 @@ extern "C" void e04rgfn_(void* handle, const int64_t* nnzfd, const int64_t* idxf
 }
 
 ZEB_API void e04rgc(void* handle, Integer nnzfd, const Integer idxfd[], ZebError* fail) {
-  if (c_null(fail, "e04rgc", {{"idxfd", idxfd, nnzfd}})) return;
-  zeb::c_entry(fail, "e04rgc", kRgMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
-    e04rgft_(en, handle, &nnzfd, idxfd, eb, ie, zeb::kErrbufLen);
-  });
+  c_call(fail, "e04rgc", kRgMessages, {{"idxfd", idxfd, nnzfd}},
+         [&](ZebEnData* en, char* eb, int64_t* ie) {
+           e04rgft_(en, handle, &nnzfd, idxfd, eb, ie, zeb::kErrbufLen);
+         });
 }
 
 ZEB_LAYERS(e04rmf, E04RMF_ARGS)
@@ -181,8 +184,8 @@ extern "C" void e04rmfn_(void* handle, const int64_t* nres, const int64_t* ispar
 ZEB_API void e04rmc(void* handle, Integer nres, Integer isparse, Integer nnzrd,
                     const Integer irowrd[], const Integer icolrd[], ZebError* fail) {
   const int64_t n = isparse == 1 ? nnzrd : 0;  // the pattern is read only when sparse
-  if (c_null(fail, "e04rmc", {{"irowrd", irowrd, n}, {"icolrd", icolrd, n}})) return;
-  zeb::c_entry(fail, "e04rmc", kRmMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
-    e04rmft_(en, handle, &nres, &isparse, &nnzrd, irowrd, icolrd, eb, ie, zeb::kErrbufLen);
-  });
+  c_call(fail, "e04rmc", kRmMessages, {{"irowrd", irowrd, n}, {"icolrd", icolrd, n}},
+         [&](ZebEnData* en, char* eb, int64_t* ie) {
+           e04rmft_(en, handle, &nres, &isparse, &nnzrd, irowrd, icolrd, eb, ie, zeb::kErrbufLen);
+         });
 }

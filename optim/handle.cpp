@@ -4,6 +4,7 @@
 #include <new>
 
 #include "frame/layers.hpp"
+#include "optim/checks.hpp"
 #include "optim/optim.def"
 #include "optim/problem.hpp"
 #include "zeb/optim.h"
@@ -71,12 +72,10 @@ extern "C" void e04rafn_(void** handle, const int64_t* nvar, char* errbuf, int64
 }
 
 ZEB_API void e04rac(void** handle, Integer nvar, ZebError* fail) {
-  zeb::f90_io_init();
-  zeb::clear_fail(fail);
-  if (!handle) return zeb::c_fail(fail, "e04rac", NE_BAD_PARAM, "handle");
-  zeb::c_entry(fail, "e04rac", kInitMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
-    e04raft_(en, handle, &nvar, eb, ie, zeb::kErrbufLen);
-  });
+  c_call(fail, "e04rac", kInitMessages, {{"handle", handle, 1}},
+         [&](ZebEnData* en, char* eb, int64_t* ie) {
+           e04raft_(en, handle, &nvar, eb, ie, zeb::kErrbufLen);
+         });
 }
 
 ZEB_LAYERS(e04rzf, E04RZF_ARGS)
@@ -95,10 +94,7 @@ extern "C" void e04rzfn_(void** handle, char* errbuf, int64_t* ifail, int64_t le
 }
 
 ZEB_API void e04rzc(void** handle, ZebError* fail) {
-  zeb::f90_io_init();
-  zeb::clear_fail(fail);
-  if (!handle) return zeb::c_fail(fail, "e04rzc", NE_BAD_PARAM, "handle");
-  zeb::c_entry(fail, "e04rzc", kFreeMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
-    e04rzft_(en, handle, eb, ie, zeb::kErrbufLen);
-  });
+  c_call(
+      fail, "e04rzc", kFreeMessages, {{"handle", handle, 1}},
+      [&](ZebEnData* en, char* eb, int64_t* ie) { e04rzft_(en, handle, eb, ie, zeb::kErrbufLen); });
 }

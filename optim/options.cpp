@@ -13,6 +13,7 @@
 
 #include "frame/layers.hpp"
 #include "frame/units.hpp"
+#include "optim/checks.hpp"
 #include "optim/optim.def"
 #include "optim/options.inc"
 #include "optim/problem.hpp"
@@ -369,13 +370,10 @@ extern "C" void e04zmfn_(void* handle, const char* optstr, int64_t optstr_len, c
 }
 
 ZEB_API void e04zmc(void* handle, const char* optstr, ZebError* fail) {
-  zeb::f90_io_init();
-  zeb::clear_fail(fail);
-  if (!optstr) return zeb::c_fail(fail, "e04zmc", NE_BAD_PARAM, "optstr");
-  const int64_t n = int64_t(std::strlen(optstr));
-  zeb::c_entry(fail, "e04zmc", kZmMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
-    e04zmft_(en, handle, optstr, n, eb, ie, zeb::kErrbufLen);
-  });
+  c_call(fail, "e04zmc", kZmMessages, {{"optstr", optstr, 1}},
+         [&](ZebEnData* en, char* eb, int64_t* ie) {
+           e04zmft_(en, handle, optstr, int64_t(std::strlen(optstr)), eb, ie, zeb::kErrbufLen);
+         });
 }
 
 ZEB_LAYERS(e04znf, E04ZNF_ARGS)

@@ -11,6 +11,7 @@
 
 #include "frame/layers.hpp"
 #include "frame/units.hpp"
+#include "optim/checks.hpp"
 #include "optim/optim.def"
 #include "optim/problem.hpp"
 #include "zeb/optim.h"
@@ -429,13 +430,11 @@ extern "C" void e04ryfn_(ZebEnData* en, void* handle, const int64_t* nout, const
 }
 
 ZEB_API void e04ryc(void* handle, Integer fileid, const char* cmdstr, ZebError* fail) {
-  zeb::f90_io_init();
-  zeb::clear_fail(fail);
-  if (!cmdstr) return zeb::c_fail(fail, "e04ryc", NE_BAD_PARAM, "cmdstr");
-  const int64_t n = int64_t(std::strlen(cmdstr));
-  zeb::c_entry(fail, "e04ryc", kRyMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
-    e04ryft_(en, handle, &fileid, cmdstr, n, eb, ie, zeb::kErrbufLen);
-  });
+  c_call(fail, "e04ryc", kRyMessages, {{"cmdstr", cmdstr, 1}},
+         [&](ZebEnData* en, char* eb, int64_t* ie) {
+           e04ryft_(en, handle, &fileid, cmdstr, int64_t(std::strlen(cmdstr)), eb, ie,
+                    zeb::kErrbufLen);
+         });
 }
 
 ZEB_LAYERS(e04rxf, E04RXF_ARGS)
@@ -474,12 +473,9 @@ extern "C" void e04rxfn_(void* handle, const char* cmdstr, int64_t cmdstr_len,
 
 ZEB_API void e04rxc(void* handle, const char* cmdstr, Integer ioflag, Integer lrarr,
                     double rarr[], ZebError* fail) {
-  zeb::f90_io_init();
-  zeb::clear_fail(fail);
-  if (!cmdstr) return zeb::c_fail(fail, "e04rxc", NE_BAD_PARAM, "cmdstr");
-  if (!rarr && lrarr > 0) return zeb::c_fail(fail, "e04rxc", NE_BAD_PARAM, "rarr");
-  const int64_t n = int64_t(std::strlen(cmdstr));
-  zeb::c_entry(fail, "e04rxc", kRxMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
-    e04rxft_(en, handle, cmdstr, n, &ioflag, &lrarr, rarr, eb, ie, zeb::kErrbufLen);
-  });
+  c_call(fail, "e04rxc", kRxMessages, {{"cmdstr", cmdstr, 1}, {"rarr", rarr, lrarr}},
+         [&](ZebEnData* en, char* eb, int64_t* ie) {
+           e04rxft_(en, handle, cmdstr, int64_t(std::strlen(cmdstr)), &ioflag, &lrarr, rarr, eb, ie,
+                    zeb::kErrbufLen);
+         });
 }
