@@ -5,6 +5,97 @@
 module zeb
   implicit none
   abstract interface
+    ! The values gx of the ncnln nonlinear constraints at x.
+    subroutine zeb_fn_e04st_confun(nvar, x, ncnln, gx, inform, iuser, ruser, cpuser)
+      use, intrinsic :: iso_c_binding, only: c_ptr
+      integer(kind=8), intent(in) :: nvar
+      real(kind=8), intent(in) :: x(nvar)
+      integer(kind=8), intent(in) :: ncnln
+      real(kind=8), intent(inout) :: gx(ncnln)
+      integer(kind=8), intent(inout) :: inform
+      integer(kind=8), intent(inout) :: iuser(*)
+      real(kind=8), intent(inout) :: ruser(*)
+      type(c_ptr), intent(in) :: cpuser
+    end subroutine zeb_fn_e04st_confun
+
+    ! The nonlinear constraints' Jacobian at x: the nnzgd elements of the
+    ! pattern of e04rk.
+    subroutine zeb_fn_e04st_congrd(nvar, x, nnzgd, gdx, inform, iuser, ruser, cpuser)
+      use, intrinsic :: iso_c_binding, only: c_ptr
+      integer(kind=8), intent(in) :: nvar
+      real(kind=8), intent(in) :: x(nvar)
+      integer(kind=8), intent(in) :: nnzgd
+      real(kind=8), intent(inout) :: gdx(nnzgd)
+      integer(kind=8), intent(inout) :: inform
+      integer(kind=8), intent(inout) :: iuser(*)
+      real(kind=8), intent(inout) :: ruser(*)
+      type(c_ptr), intent(in) :: cpuser
+    end subroutine zeb_fn_e04st_congrd
+
+    ! A Hessian at x, at the nnzh elements of its pattern from e04rl: idf = -1
+    ! the Hessian of the Lagrangian sigma f + sum lambda_i g_i (lambda of the
+    ! ncnln nonlinear constraints), idf = 0 the objective's, idf = i the i-th
+    ! nonlinear constraint's.
+    subroutine zeb_fn_e04st_hess(nvar, x, ncnln, idf, sigma, lambda, nnzh, hx, inform, iuser, &
+                                 ruser, cpuser)
+      use, intrinsic :: iso_c_binding, only: c_ptr
+      integer(kind=8), intent(in) :: nvar
+      real(kind=8), intent(in) :: x(nvar)
+      integer(kind=8), intent(in) :: ncnln
+      integer(kind=8), intent(in) :: idf
+      real(kind=8), intent(in) :: sigma
+      real(kind=8), intent(in) :: lambda(ncnln)
+      integer(kind=8), intent(in) :: nnzh
+      real(kind=8), intent(inout) :: hx(nnzh)
+      integer(kind=8), intent(inout) :: inform
+      integer(kind=8), intent(inout) :: iuser(*)
+      real(kind=8), intent(inout) :: ruser(*)
+      type(c_ptr), intent(in) :: cpuser
+    end subroutine zeb_fn_e04st_hess
+
+    ! Once per iteration, with the current point and the figures of rinfo and
+    ! stats so far.
+    subroutine zeb_fn_e04st_monit(nvar, x, inform, rinfo, stats, iuser, ruser, cpuser)
+      use, intrinsic :: iso_c_binding, only: c_ptr
+      integer(kind=8), intent(in) :: nvar
+      real(kind=8), intent(in) :: x(nvar)
+      integer(kind=8), intent(inout) :: inform
+      real(kind=8), intent(in) :: rinfo(100)
+      real(kind=8), intent(in) :: stats(100)
+      integer(kind=8), intent(inout) :: iuser(*)
+      real(kind=8), intent(inout) :: ruser(*)
+      type(c_ptr), intent(in) :: cpuser
+    end subroutine zeb_fn_e04st_monit
+
+    ! The user functions of the nonlinear solver e04st.  Each may set inform
+    ! negative to stop the solver (it then returns with the user stop); a
+    ! function that cannot evaluate at x sets inform to a positive value and
+    ! the solver tries a shorter step.
+    ! The objective value fx at x.
+    subroutine zeb_fn_e04st_objfun(nvar, x, fx, inform, iuser, ruser, cpuser)
+      use, intrinsic :: iso_c_binding, only: c_ptr
+      integer(kind=8), intent(in) :: nvar
+      real(kind=8), intent(in) :: x(nvar)
+      real(kind=8), intent(out) :: fx
+      integer(kind=8), intent(inout) :: inform
+      integer(kind=8), intent(inout) :: iuser(*)
+      real(kind=8), intent(inout) :: ruser(*)
+      type(c_ptr), intent(in) :: cpuser
+    end subroutine zeb_fn_e04st_objfun
+
+    ! The objective gradient at x: the nnzfd elements of the pattern of e04rg.
+    subroutine zeb_fn_e04st_objgrd(nvar, x, nnzfd, fdx, inform, iuser, ruser, cpuser)
+      use, intrinsic :: iso_c_binding, only: c_ptr
+      integer(kind=8), intent(in) :: nvar
+      real(kind=8), intent(in) :: x(nvar)
+      integer(kind=8), intent(in) :: nnzfd
+      real(kind=8), intent(inout) :: fdx(nnzfd)
+      integer(kind=8), intent(inout) :: inform
+      integer(kind=8), intent(inout) :: iuser(*)
+      real(kind=8), intent(inout) :: ruser(*)
+      type(c_ptr), intent(in) :: cpuser
+    end subroutine zeb_fn_e04st_objgrd
+
     ! The user's real function of one real (the quadrature's integrand, the zero
     ! finder's f).
     function zeb_fn_real1(x)

@@ -26,6 +26,7 @@ inline Arg arg(const char* n, const int64_t* p) { return {n, Kind::Int, p, 1}; }
 inline Arg arg(const char* n, const char* p) { return {n, Kind::Char, p, 1}; }
 // A pointer-sized handle, shown by its value.
 inline Arg arg(const char* n, void* const* p) { return {n, Kind::Ptr, p, 1}; }
+inline Arg arg(const char* n, const void** p) { return {n, Kind::Ptr, p, 1}; }
 inline Arg arr(const char* n, const double* p) { return {n, Kind::RealArr, p, 0}; }
 inline Arg arr(const char* n, const int64_t* p) { return {n, Kind::IntArr, p, 0}; }
 inline Arg arr(const char* n, const char* p) { return {n, Kind::Addr, p, 0}; }

@@ -275,8 +275,8 @@ def interface(r, indent, fns):
     for u in used:
         if u not in fns:
             raise DefError(f"{r.where}: no abstract interface '{u}' (ZEB_FN_{u[7:].upper()})")
-    if used:
-        out.append(f"{inner}import :: {', '.join(used)}")
+    if used:  # one import line per interface keeps every line short
+        out += [f"{inner}import :: {u}" for u in used]
     if res:
         out.append(f"{inner}{TYPES[res.ctype]} :: {r.name}")
     out += [inner + declaration(a) for a in declaration_order(args)]
@@ -342,15 +342,24 @@ def user_function(fn):
     name = "user_" + fn.name[len("zeb_fn_"):]
     res = fn.result
     kw = "function" if res else "subroutine"
-    lines = [f"  {kw} {name}({', '.join(a.name for a in fn.args)})"]
+    lines = wrap(f"  {kw} {name}", [a.name for a in fn.args], "", "")
     if res:
         lines.append(f"    {TYPES[res.ctype]} :: {name}")
     lines += ["    " + declaration(a) for a in declaration_order(fn.args)]
-    shown = [a.name + ("(1" + ", 1" * (len(a.dims) - 1) + ")" if a.dims else "") for a in fn.args]
+    shown = [f"c_associated({a.name})" if a.ctype == "void*"  # a c_ptr cannot be printed
+             else a.name + ("(1" + ", 1" * (len(a.dims) - 1) + ")" if a.dims else "")
+             for a in fn.args]
     if res:
         lines.append(f"    {name} = 0")
     if shown:
-        lines.append(f"    if (.false.) print *, {', '.join(shown)}")
+        cur = "    if (.false.) print *, "
+        for i, it in enumerate(shown):
+            piece = it + (", " if i < len(shown) - 1 else "")
+            if len(cur) + len(piece.rstrip()) > 98:
+                lines.append(cur.rstrip() + " &")
+                cur = "        "
+            cur += piece
+        lines.append(cur)
     lines.append(f"  end {kw} {name}")
     return lines
 
@@ -378,7 +387,10 @@ def calls_file(module, entries, fns, sources):
         "! with the rows.  Compiled and linked by the tests, never run.",
     ]
     if used_fns:
-        lines += ["module calls_user", "  implicit none", "contains"]
+        lines += ["module calls_user"]
+        if any(a.ctype == "void*" for f in used_fns for a in fns[f].args):
+            lines.append("  use, intrinsic :: iso_c_binding, only: c_ptr, c_associated")
+        lines += ["  implicit none", "contains"]
         for f in sorted(used_fns):
             lines += user_function(fns[f])
         lines.append("end module calls_user")

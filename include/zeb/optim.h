@@ -247,6 +247,82 @@ void e04rbf_(void **handle, const char *gtype, const Integer *lgroup, const Inte
              Integer *idgroup, Integer *ifail, size_t gtype_len);
 #define zeb_opt_handle_set_group e04rbc
 
+/* ---- The nonlinear interior-point solver ----------------------------- */
+
+/* The user functions of e04stc.  On entry *inform is 0; a function that
+   sets it negative stops the solver (e04stc returns NE_USER_STOP with the
+   point reached); one that cannot evaluate at x sets it positive and the
+   solver tries a shorter step.  comm is the caller's Zeb_Comm (never read
+   by the library).
+   objfun: the objective value *fx at x.
+   objgrd: the objective gradient at the nnzfd elements of the pattern given
+           to e04rgc (idxfd), in that order.
+   confun: the values gx[0 .. ncnln-1] of the nonlinear constraints.
+   congrd: the nonlinear constraints' Jacobian at the nnzgd elements of the
+           pattern given to e04rkc (irowgd, icolgd), in that order.
+   hess:   a Hessian at the nnzh elements of its pattern from e04rlc, in
+           that order: idf = -1 the Hessian of the Lagrangian
+           sigma f + sum lambda[i] g_i, idf = 0 the objective's (f alone),
+           idf = i the i-th nonlinear constraint's (g_i alone).
+   monit:  called once per iteration with the current point and rinfo and
+           stats as they stand (layout below). */
+typedef void (*Zeb_E04stObjfun)(Integer nvar, const double x[], double *fx, Integer *inform,
+                                Zeb_Comm *comm);
+typedef void (*Zeb_E04stObjgrd)(Integer nvar, const double x[], Integer nnzfd, double fdx[],
+                                Integer *inform, Zeb_Comm *comm);
+typedef void (*Zeb_E04stConfun)(Integer nvar, const double x[], Integer ncnln, double gx[],
+                                Integer *inform, Zeb_Comm *comm);
+typedef void (*Zeb_E04stCongrd)(Integer nvar, const double x[], Integer nnzgd, double gdx[],
+                                Integer *inform, Zeb_Comm *comm);
+typedef void (*Zeb_E04stHess)(Integer nvar, const double x[], Integer ncnln, Integer idf,
+                              double sigma, const double lambda[], Integer nnzh, double hx[],
+                              Integer *inform, Zeb_Comm *comm);
+typedef void (*Zeb_E04stMonit)(Integer nvar, const double x[], Integer *inform,
+                               const double rinfo[], const double stats[], Zeb_Comm *comm);
+
+/* e04st: solves the nonlinear programme defined in the handle
+       minimise (or maximise, option "Task") f(x)
+       subject to  bl <= x <= bu          (e04rhc)
+                   bl <= B x <= bu        (e04rjc)
+                   bl <= g(x) <= bu       (e04rkc)
+   with Ipopt's interior-point method.  The objective is linear (e04rec),
+   quadratic (e04rfc) or nonlinear (e04rgc: objfun and objgrd); none at all
+   asks for a feasible point.  Nonlinear constraints need confun and
+   congrd.  Exact second derivatives ("Hessian Mode" AUTO or EXACT) need
+   hess and an e04rlc pattern for the nonlinear objective and for every
+   nonlinear constraint, or one for the Lagrangian; "Hessian Mode" =
+   APPROXIMATE uses limited-memory quasi-Newton updates instead.  Functions
+   that are not needed may be null; monit may always be null.
+   x[nvar]: the starting point on entry, the solution on exit.
+   u[nnzu]: nnzu = 0 (no multipliers) or 2 (nvar + nclin + ncnln); on exit
+     u[2j], u[2j+1] (j < nvar) are the multipliers of the lower and upper
+     bound of x_j, then the same pairs for the linear constraints and then
+     for the nonlinear ones, each >= 0 (the Lagrangian is
+     f - sum u_lower (r - l) + sum u_upper (r - u) over the rows r).
+   Constraints reach Ipopt in the order linear (B x) first, then nonlinear.
+   rinfo[100]: [0] objective value, [1] constraint violation, [2] dual
+     infeasibility, [3] complementarity, [4] the overall error of the
+     optimality conditions (scaled), [5] barrier parameter, [6] primal step
+     size, [7] dual step size; the rest 0.
+   stats[100]: [0] iterations, [1] objective evaluations, [2] objective
+     gradient evaluations, [3] constraint evaluations, [4] constraint
+     Jacobian evaluations, [5] Hessian evaluations, [6] wall-clock seconds
+     of the solve, [7] seconds spent in the user functions; the rest 0.
+   Every exit of the solver itself (iteration or time limit, infeasible or
+   diverging problem, user stop ...) returns x, u, rinfo and stats for the
+   last point reached; an argument or setup failure changes none of them.
+   Options: "Print File" and "Print Level" (the iteration log and the
+   report), "Monitoring File" and "Monitoring Level" (one record per
+   iteration), "Print Options", "Print Solution", "Outer Iteration Limit",
+   "Stop Tolerance 1", "Suboptimal Factor", "Time Limit", "Task", "Hessian
+   Mode", "Verify Derivatives", "Infinite Bound Size" and the others in
+   optim/OPTIONS.md. */
+void e04stc(void *handle, Zeb_E04stObjfun objfun, Zeb_E04stObjgrd objgrd,
+            Zeb_E04stConfun confun, Zeb_E04stCongrd congrd, Zeb_E04stHess hess,
+            Zeb_E04stMonit monit, Integer nvar, double x[], Integer nnzu, double u[],
+            double rinfo[], double stats[], Zeb_Comm *comm, ZebError *fail);
+#define zeb_opt_handle_solve_ipopt e04stc
+
 #ifdef __cplusplus
 }
 #endif

@@ -3,8 +3,84 @@
 ! kinds of its argument rows: it compiles only when the module agrees
 ! with the rows.  Compiled and linked by the tests, never run.
 module calls_user
+  use, intrinsic :: iso_c_binding, only: c_ptr, c_associated
   implicit none
 contains
+  subroutine user_e04st_confun(nvar, x, ncnln, gx, inform, iuser, ruser, cpuser)
+    integer(kind=8), intent(in) :: nvar
+    real(kind=8), intent(in) :: x(nvar)
+    integer(kind=8), intent(in) :: ncnln
+    real(kind=8), intent(inout) :: gx(ncnln)
+    integer(kind=8), intent(inout) :: inform
+    integer(kind=8), intent(inout) :: iuser(*)
+    real(kind=8), intent(inout) :: ruser(*)
+    type(c_ptr), intent(in) :: cpuser
+    if (.false.) print *, nvar, x(1), ncnln, gx(1), inform, iuser(1), ruser(1), &
+        c_associated(cpuser)
+  end subroutine user_e04st_confun
+  subroutine user_e04st_congrd(nvar, x, nnzgd, gdx, inform, iuser, ruser, cpuser)
+    integer(kind=8), intent(in) :: nvar
+    real(kind=8), intent(in) :: x(nvar)
+    integer(kind=8), intent(in) :: nnzgd
+    real(kind=8), intent(inout) :: gdx(nnzgd)
+    integer(kind=8), intent(inout) :: inform
+    integer(kind=8), intent(inout) :: iuser(*)
+    real(kind=8), intent(inout) :: ruser(*)
+    type(c_ptr), intent(in) :: cpuser
+    if (.false.) print *, nvar, x(1), nnzgd, gdx(1), inform, iuser(1), ruser(1), &
+        c_associated(cpuser)
+  end subroutine user_e04st_congrd
+  subroutine user_e04st_hess(nvar, x, ncnln, idf, sigma, lambda, nnzh, hx, inform, iuser, ruser, &
+                             cpuser)
+    integer(kind=8), intent(in) :: nvar
+    real(kind=8), intent(in) :: x(nvar)
+    integer(kind=8), intent(in) :: ncnln
+    integer(kind=8), intent(in) :: idf
+    real(kind=8), intent(in) :: sigma
+    real(kind=8), intent(in) :: lambda(ncnln)
+    integer(kind=8), intent(in) :: nnzh
+    real(kind=8), intent(inout) :: hx(nnzh)
+    integer(kind=8), intent(inout) :: inform
+    integer(kind=8), intent(inout) :: iuser(*)
+    real(kind=8), intent(inout) :: ruser(*)
+    type(c_ptr), intent(in) :: cpuser
+    if (.false.) print *, nvar, x(1), ncnln, idf, sigma, lambda(1), nnzh, hx(1), inform, iuser(1), &
+        ruser(1), c_associated(cpuser)
+  end subroutine user_e04st_hess
+  subroutine user_e04st_monit(nvar, x, inform, rinfo, stats, iuser, ruser, cpuser)
+    integer(kind=8), intent(in) :: nvar
+    real(kind=8), intent(in) :: x(nvar)
+    integer(kind=8), intent(inout) :: inform
+    real(kind=8), intent(in) :: rinfo(100)
+    real(kind=8), intent(in) :: stats(100)
+    integer(kind=8), intent(inout) :: iuser(*)
+    real(kind=8), intent(inout) :: ruser(*)
+    type(c_ptr), intent(in) :: cpuser
+    if (.false.) print *, nvar, x(1), inform, rinfo(1), stats(1), iuser(1), ruser(1), &
+        c_associated(cpuser)
+  end subroutine user_e04st_monit
+  subroutine user_e04st_objfun(nvar, x, fx, inform, iuser, ruser, cpuser)
+    integer(kind=8), intent(in) :: nvar
+    real(kind=8), intent(in) :: x(nvar)
+    real(kind=8), intent(out) :: fx
+    integer(kind=8), intent(inout) :: inform
+    integer(kind=8), intent(inout) :: iuser(*)
+    real(kind=8), intent(inout) :: ruser(*)
+    type(c_ptr), intent(in) :: cpuser
+    if (.false.) print *, nvar, x(1), fx, inform, iuser(1), ruser(1), c_associated(cpuser)
+  end subroutine user_e04st_objfun
+  subroutine user_e04st_objgrd(nvar, x, nnzfd, fdx, inform, iuser, ruser, cpuser)
+    integer(kind=8), intent(in) :: nvar
+    real(kind=8), intent(in) :: x(nvar)
+    integer(kind=8), intent(in) :: nnzfd
+    real(kind=8), intent(inout) :: fdx(nnzfd)
+    integer(kind=8), intent(inout) :: inform
+    integer(kind=8), intent(inout) :: iuser(*)
+    real(kind=8), intent(inout) :: ruser(*)
+    type(c_ptr), intent(in) :: cpuser
+    if (.false.) print *, nvar, x(1), nnzfd, fdx(1), inform, iuser(1), ruser(1), &
+        c_associated(cpuser)
+  end subroutine user_e04st_objgrd
   function user_real1(x)
     real(kind=8) :: user_real1
     real(kind=8), intent(in) :: x
@@ -327,6 +403,17 @@ program calls
   integer(kind=8) :: e04rdf_icola(4) = 0
   real(kind=8) :: e04rdf_a(4) = 0
   integer(kind=8) :: e04rdf_ifail = 0
+  type(c_ptr) :: e04stf_handle = c_null_ptr
+  integer(kind=8) :: e04stf_nvar = 0
+  real(kind=8) :: e04stf_x(4) = 0
+  integer(kind=8) :: e04stf_nnzu = 0
+  real(kind=8) :: e04stf_u(4) = 0
+  real(kind=8) :: e04stf_rinfo(100) = 0
+  real(kind=8) :: e04stf_stats(100) = 0
+  integer(kind=8) :: e04stf_iuser(4) = 0
+  real(kind=8) :: e04stf_ruser(4) = 0
+  type(c_ptr) :: e04stf_cpuser = c_null_ptr
+  integer(kind=8) :: e04stf_ifail = 0
   call x04aaf(x04aaf_iflag, x04aaf_nerr)
   call x04abf(x04abf_iflag, x04abf_nadv)
   call x04baf(x04baf_nout, x04baf_rec)
@@ -413,6 +500,10 @@ program calls
   call e04rdf(e04rdf_infile, e04rdf_maxnvar, e04rdf_maxnblk, e04rdf_maxnnz, e04rdf_nvar, &
               e04rdf_nnzc, e04rdf_cvec, e04rdf_nblk, e04rdf_blksizea, e04rdf_nnza, e04rdf_irowa, &
               e04rdf_icola, e04rdf_a, e04rdf_ifail)
+  call e04stf(e04stf_handle, user_e04st_objfun, user_e04st_objgrd, user_e04st_confun, &
+              user_e04st_congrd, user_e04st_hess, user_e04st_monit, e04stf_nvar, e04stf_x, &
+              e04stf_nnzu, e04stf_u, e04stf_rinfo, e04stf_stats, e04stf_iuser, e04stf_ruser, &
+              e04stf_cpuser, e04stf_ifail)
 contains
   subroutine take_real(v)
     real(kind=8), intent(in) :: v
