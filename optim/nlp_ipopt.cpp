@@ -69,6 +69,7 @@ struct CFunctions {
     if (!en->host_function) return f(ZEB_TAIL(ROWS(ZEB_FWD)));                \
     const CFunctions& c = *static_cast<const CFunctions*>(en->host_handle1);  \
     c.role(__VA_ARGS__, c.comm);                                              \
+    if (c.comm->flag < 0) en->user_stop = c.comm->flag;                       \
   }
 ZEB_E04ST_ROLE(objfun, Objfun, ZEB_FN_E04ST_OBJFUN, *nvar, x, fx, inform)
 ZEB_E04ST_ROLE(objgrd, Objgrd, ZEB_FN_E04ST_OBJGRD, *nvar, x, *nnzfd, fdx, inform)
@@ -140,6 +141,8 @@ constexpr zeb::Msg<0> kNoCongrd{7, 706, NE_NULL_ARGUMENT,
                                 "Please provide a proper congrd function."};
 constexpr zeb::Msg<0> kUserStop{20, 2001, NE_USER_STOP,
                                 "User requested termination during a monitoring step."};
+constexpr zeb::Msg<1> kUserFlag{-1, -101, NE_USER_STOP,
+                                "User requested termination, user flag value = %s."};
 constexpr zeb::Msg<0> kIterations{22, 2201, NE_TOO_MANY_ITER,
                                   "Maximum number of iterations exceeded."};
 constexpr zeb::Msg<0> kRestoration{23, 2301, NE_ALG_NOT_CONV,
@@ -178,7 +181,7 @@ constexpr const zeb::MsgRow* kStMessages[] = {
     ZEB_OPT_HANDLE_ROWS, &kAlreadySolving,      &kUnsupported,  &kOtherSolver,     &kNvar,
     &kNnzu,              &kNnzuNone,     &kNoObjectiveHessian, &kNoConstraintHessian,
     &kNoHess,            &kNoObjfun,     &kNoObjgrd,     &kNoConfun,        &kNoCongrd,
-    &kUserStop,          &kIterations,   &kRestoration,  &kStepComputation, &kTime,
+    &kUserStop,          &kUserFlag,     &kIterations,   &kRestoration,  &kStepComputation, &kTime,
     &kFreedom,           &kDefinition,   &kOption,       &kSmallStep,       &kNan,
     &kAcceptable,        &kInfeasible,   &kDiverging,    &kNoMemory};
 
@@ -248,7 +251,12 @@ bool map_options(const Options& o, Ipopt::OptionsList& list, bool linear_only, b
   for (const OptionMap& m : kMapping) {
     const std::string k = o.keyword(m.option);
     switch (m.map) {
-      case Map::Integer: ok &= list.SetIntegerValue(m.ipopt, Ipopt::Index(o.integer(m.option))); break;
+      case Map::Integer: {  // Ipopt's integers are 32 bits wide: a larger value is invalid
+        const int64_t v = o.integer(m.option);
+        ok &= v <= std::numeric_limits<Ipopt::Index>::max() &&
+              list.SetIntegerValue(m.ipopt, Ipopt::Index(v));
+        break;
+      }
       case Map::Real: ok &= list.SetNumericValue(m.ipopt, o.real(m.option)); break;
       case Map::Negated: ok &= list.SetNumericValue(m.ipopt, -o.real(m.option)); break;
       case Map::YesNo: ok &= list.SetStringValue(m.ipopt, k == "YES" ? "yes" : "no"); break;
@@ -863,6 +871,7 @@ ZEB_API void e04stfn_(ZebEnData* en, void* handle, ObjfunM mobjfun, ObjfunF objf
       new ZebInterfaceTNLP(*p, uf, xs.data(), us.empty() ? nullptr : us.data(), ri.data(),
                            st.data(), exact && !no_nonlinear);
   nlp->set_monitoring(opts.integer("MONITORING FILE"), opts.integer("MONITORING LEVEL"));
+  if (en->host_function) static_cast<CFunctions*>(en->host_handle1)->comm->flag = 0;
   p->solver = kSolverNlp;
   p->phase = kSolving;
   const Ipopt::ApplicationReturnStatus status =
@@ -887,6 +896,7 @@ ZEB_API void e04stfn_(ZebEnData* en, void* handle, ObjfunM mobjfun, ObjfunF objf
     }
   }
   if (internal) return zeb::fail_internal(errbuf, len, ifail);
+  if (en->user_stop != 0) return fail(kUserFlag, en->user_stop);
   if (row) fail(*row);
 }
 

@@ -1,6 +1,7 @@
-// The library's ILP64 BLAS and the 32-bit BLAS of Ipopt's sparse solver in
-// one process, in both load orders: a client program is built against the
-// library and Ipopt (linked in both orders) and run in both call orders.
+// The library's ILP64 BLAS and the 32-bit BLAS of Ipopt's sparse solver
+// (called directly and through e04st) in one process, in both load orders:
+// a client program is built against the library and Ipopt (linked in both
+// orders) and run in both call orders.
 #include <gtest/gtest.h>
 #include <unistd.h>
 

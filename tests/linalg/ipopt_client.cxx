@@ -1,7 +1,8 @@
 // A program that uses both the library's LU factorisation (ILP64 BLAS) and
-// Ipopt through its own C++ interface (whose sparse solver uses the 32-bit
-// BLAS under the same names), in the order given by its argument:
-//   lu-first      LU, Ipopt, LU          ipopt-first   Ipopt, LU, Ipopt
+// Ipopt, through its own C++ interface and through the library's solver
+// e04st (Ipopt's sparse solver uses the 32-bit BLAS under the same names),
+// in the order given by its argument:
+//   lu-first      LU, Ipopt, e04st, LU     ipopt-first   e04st, LU, Ipopt, e04st
 // It prints one line per step and exits with status 0 when all are right.
 #include <IpIpoptApplication.hpp>
 #include <IpTNLP.hpp>
@@ -103,6 +104,53 @@ bool ipopt_step() {
   return st == Ipopt::Solve_Succeeded && err < 1e-9 && nlp->x_.size() == size_t(n);
 }
 
+// The same problem through e04stc: f is nonlinear, its Hessian dense.
+void qf(Integer n, const double x[], double* f, Integer*, Zeb_Comm*) {
+  double s = 0.0, q = 0.0;
+  for (Integer i = 0; i < n; ++i) s += x[i], q += (x[i] - 1.0) * (x[i] - 1.0);
+  *f = q + s * s;
+}
+void qg(Integer n, const double x[], Integer, double g[], Integer*, Zeb_Comm*) {
+  double s = 0.0;
+  for (Integer i = 0; i < n; ++i) s += x[i];
+  for (Integer i = 0; i < n; ++i) g[i] = 2.0 * (x[i] - 1.0) + 2.0 * s;
+}
+void qh(Integer n, const double*, Integer, Integer, double, const double*, Integer,
+        double h[], Integer*, Zeb_Comm*) {
+  Integer k = 0;
+  for (Integer i = 0; i < n; ++i)
+    for (Integer j = i; j < n; ++j) h[k++] = i == j ? 4.0 : 2.0;  // f alone (idf = 0)
+}
+
+bool e04st_step() {
+  const Integer n = 400;
+  std::vector<Integer> idx(static_cast<size_t>(n)), irow, icol;
+  for (Integer i = 0; i < n; ++i) {
+    idx[size_t(i)] = i + 1;
+    for (Integer j = i; j < n; ++j) irow.push_back(i + 1), icol.push_back(j + 1);
+  }
+  std::vector<double> x(static_cast<size_t>(n)), rinfo(100), stats(100);
+  for (Integer i = 0; i < n; ++i) x[size_t(i)] = 0.5 + 0.001 * double(i);
+  void* h = nullptr;
+  ZebError fail;
+  ZEB_INIT_FAIL(fail);
+  e04rac(&h, n, &fail);
+  e04rgc(h, n, idx.data(), &fail);
+  e04rlc(h, 0, Integer(irow.size()), irow.data(), icol.data(), &fail);
+  e04zmc(h, "Print Level = 0", &fail);
+  e04zmc(h, "Stop Tolerance 1 = 1e-12", &fail);
+  Zeb_Comm comm{};
+  e04stc(h, qf, qg, nullptr, nullptr, qh, nullptr, n, x.data(), 0, nullptr, rinfo.data(),
+         stats.data(), &comm, &fail);
+  const int code = int(fail.code);
+  if (code != NE_NOERROR) std::printf("%s\n", fail.message);
+  e04rzc(&h, &fail);
+  double err = 0.0;
+  for (double v : x) err = std::max(err, std::fabs(v - 1.0 / (n + 1)));
+  std::printf("e04st code %d max error %s\n", code, err < 1e-9 ? "< 1e-9" : "too large");
+  return code == NE_NOERROR && err < 1e-9;
+}
+
 bool lu_step() {
   const Integer n = 800;
   std::vector<double> a(static_cast<size_t>(n * n)), lu;
@@ -142,11 +190,13 @@ int main(int argc, char** argv) {
   if (lu_first) {
     ok = lu_step() && ok;
     ok = ipopt_step() && ok;
+    ok = e04st_step() && ok;
     ok = lu_step() && ok;
   } else {
-    ok = ipopt_step() && ok;
+    ok = e04st_step() && ok;
     ok = lu_step() && ok;
     ok = ipopt_step() && ok;
+    ok = e04st_step() && ok;
   }
   return ok ? 0 : 1;
 }
