@@ -418,6 +418,10 @@ class ZebInterfaceTNLP : public Ipopt::TNLP {
         for (const auto& [idf, pattern] : p.hessians) pieces_.push_back({idf, hess_.add(pattern), {}});
       }
       for (HessPiece& piece : pieces_) piece.hx.resize(piece.pos.size());
+      // One Lagrangian Hessian whose pattern is Ipopt's as it stands: its
+      // values go straight into Ipopt's array.
+      direct_ = quad_pos_.empty() && pieces_.size() == 1 && pieces_[0].idf == kLagrangian;
+      for (size_t k = 0; direct_ && k < pieces_[0].pos.size(); ++k) direct_ = pieces_[0].pos[k] == k;
     }
     gx_.resize(size_t(ncnln_));
     fdx_.resize(o.idxfd.size());
@@ -563,15 +567,16 @@ class ZebInterfaceTNLP : public Ipopt::TNLP {
     }
     if (new_x) apply_new_x(n, x);
     ++stats_[5];
-    std::fill(values, values + nele, 0.0);
     if (feasible_only_) sigma = 0.0;
+    if (direct_) return hessian(x, pieces_[0], sigma, lambda + nclin_, 1.0, values, values);
+    std::fill(values, values + nele, 0.0);
     const Objective& o = p_.objective;
     for (size_t k = 0; k < quad_pos_.size(); ++k) values[quad_pos_[k]] += sigma * o.h.val[k];
     const double* mult = lambda + nclin_;  // the nonlinear constraints' multipliers
     for (HessPiece& piece : pieces_) {
       const double factor =
           piece.idf == kLagrangian ? 1.0 : piece.idf == 0 ? sigma : mult[piece.idf - 1];
-      if (!hessian(x, piece, sigma, mult, factor, values)) return false;
+      if (!hessian(x, piece, sigma, mult, factor, piece.hx.data(), values)) return false;
     }
     return true;
   }
@@ -659,21 +664,22 @@ class ZebInterfaceTNLP : public Ipopt::TNLP {
     return f;
   }
 
-  // One call of hess, its values added at pos times factor.
+  // One call of hess into hx, its values then added at pos times factor
+  // (unless hx is Ipopt's array itself).
   bool hessian(const double* x, HessPiece& piece, double sigma, const double* mult,
-               double factor, double* values) {
+               double factor, double* hx, double* values) {
     if (factor == 0.0) return true;
     int64_t idf = piece.idf;
-    std::vector<double>& hx = piece.hx;
     const std::vector<size_t>& pos = piece.pos;
-    const int64_t nnzh = int64_t(hx.size());
+    const int64_t nnzh = int64_t(pos.size());
     if (!user([&](int64_t* inform) {
           return e04stf_call_hess(uf_.mhess, uf_.hess, uf_.en, &p_.nvar, x, &ncnln_, &idf,
-                                  &sigma, mult, &nnzh, hx.data(), inform, uf_.iuser, uf_.ruser,
+                                  &sigma, mult, &nnzh, hx, inform, uf_.iuser, uf_.ruser,
                                   uf_.cpuser);
         }))
       return false;
-    for (size_t k = 0; k < pos.size(); ++k) values[pos[k]] += factor * hx[k];
+    if (hx != values)
+      for (size_t k = 0; k < pos.size(); ++k) values[pos[k]] += factor * hx[k];
     return true;
   }
 
@@ -717,7 +723,7 @@ class ZebInterfaceTNLP : public Ipopt::TNLP {
   double *x_, *u_, *rinfo_, *stats_;
   int64_t nclin_, ncnln_;
   Clock::time_point start_;
-  bool feasible_only_ = false, stop_ = false, finalized_ = false;
+  bool feasible_only_ = false, stop_ = false, finalized_ = false, direct_ = false;
   double user_time_ = 0.0;
   int64_t mon_unit_ = -1, mon_level_ = 0;
   Merged hess_;
