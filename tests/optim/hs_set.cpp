@@ -1,0 +1,392 @@
+#include "optim/hs_set.hpp"
+
+#include <cmath>
+
+#include "IpIpoptApplication.hpp"
+#include "IpSolveStatistics.hpp"
+#include "IpTNLP.hpp"
+
+namespace hs {
+namespace {
+
+// ---- hyper-dual arithmetic ----------------------------------------------------
+
+Dual operator+(Dual x, Dual y) { return {x.v + y.v, x.a + y.a, x.b + y.b, x.ab + y.ab}; }
+Dual operator-(Dual x, Dual y) { return {x.v - y.v, x.a - y.a, x.b - y.b, x.ab - y.ab}; }
+Dual operator-(Dual x) { return {-x.v, -x.a, -x.b, -x.ab}; }
+Dual operator*(Dual x, Dual y) {
+  return {x.v * y.v, x.a * y.v + x.v * y.a, x.b * y.v + x.v * y.b,
+          x.ab * y.v + x.a * y.b + x.b * y.a + x.v * y.ab};
+}
+// phi(x) from phi, phi' and phi'' at x.v.
+Dual chain(Dual x, double f0, double f1, double f2) {
+  return {f0, f1 * x.a, f1 * x.b, f1 * x.ab + f2 * x.a * x.b};
+}
+Dual operator/(Dual x, Dual y) {
+  return x * chain(y, 1 / y.v, -1 / (y.v * y.v), 2 / (y.v * y.v * y.v));
+}
+Dual pow(Dual x, int k) {
+  return chain(x, std::pow(x.v, k), k * std::pow(x.v, k - 1),
+               k * (k - 1) * std::pow(x.v, k - 2));
+}
+Dual sin(Dual x) { return chain(x, std::sin(x.v), std::cos(x.v), -std::sin(x.v)); }
+Dual cos(Dual x) { return chain(x, std::cos(x.v), -std::sin(x.v), -std::cos(x.v)); }
+Dual log(Dual x) { return chain(x, std::log(x.v), 1 / x.v, -1 / (x.v * x.v)); }
+
+const double kSqrt2 = std::sqrt(2.0), kPi = std::acos(-1.0);
+using D = Dual;
+
+// ---- the problems -------------------------------------------------------------------
+// Objectives fNNN and constraints cNNN of problem NNN, written as published
+// (inequalities c >= 0 unless the bounds in the table say otherwise).
+
+D f001(const D* x) { return 100 * pow(x[1] - pow(x[0], 2), 2) + pow(1 - x[0], 2); }
+D f003(const D* x) { return x[1] + 1e-5 * pow(x[1] - x[0], 2); }
+D f004(const D* x) { return pow(x[0] + 1, 3) / 3 + x[1]; }
+D f005(const D* x) { return sin(x[0] + x[1]) + pow(x[0] - x[1], 2) - 1.5 * x[0] + 2.5 * x[1] + 1; }
+D f006(const D* x) { return pow(1 - x[0], 2); }
+void c006(const D* x, D* c) { c[0] = 10 * (x[1] - pow(x[0], 2)); }
+D f007(const D* x) { return log(1 + pow(x[0], 2)) - x[1]; }
+void c007(const D* x, D* c) { c[0] = pow(1 + pow(x[0], 2), 2) + pow(x[1], 2) - 4; }
+D f008(const D*) { return -1.0; }
+void c008(const D* x, D* c) {
+  c[0] = pow(x[0], 2) + pow(x[1], 2) - 25;
+  c[1] = x[0] * x[1] - 9;
+}
+D f009(const D* x) { return sin(kPi * x[0] / 12) * cos(kPi * x[1] / 16); }
+void c009(const D* x, D* c) { c[0] = 4 * x[0] - 3 * x[1]; }
+D f010(const D* x) { return x[0] - x[1]; }
+void c010(const D* x, D* c) { c[0] = -3 * pow(x[0], 2) + 2 * x[0] * x[1] - pow(x[1], 2) + 1; }
+D f011(const D* x) { return pow(x[0] - 5, 2) + pow(x[1], 2) - 25; }
+void c011(const D* x, D* c) { c[0] = -pow(x[0], 2) + x[1]; }
+D f012(const D* x) {
+  return 0.5 * pow(x[0], 2) + pow(x[1], 2) - x[0] * x[1] - 7 * x[0] - 7 * x[1];
+}
+void c012(const D* x, D* c) { c[0] = 25 - 4 * pow(x[0], 2) - pow(x[1], 2); }
+D f014(const D* x) { return pow(x[0] - 2, 2) + pow(x[1] - 1, 2); }
+void c014(const D* x, D* c) {
+  c[0] = x[0] - 2 * x[1] + 1;
+  c[1] = -pow(x[0], 2) / 4 - pow(x[1], 2) + 1;
+}
+D f026(const D* x) { return pow(x[0] - x[1], 2) + pow(x[1] - x[2], 4); }
+void c026(const D* x, D* c) { c[0] = (1 + pow(x[1], 2)) * x[0] + pow(x[2], 4) - 3; }
+D f027(const D* x) { return 0.01 * pow(x[0] - 1, 2) + pow(x[1] - pow(x[0], 2), 2); }
+void c027(const D* x, D* c) { c[0] = x[0] + pow(x[2], 2) + 1; }
+D f028(const D* x) { return pow(x[0] + x[1], 2) + pow(x[1] + x[2], 2); }
+void c028(const D* x, D* c) { c[0] = x[0] + 2 * x[1] + 3 * x[2] - 1; }
+D f035(const D* x) {
+  return 9 - 8 * x[0] - 6 * x[1] - 4 * x[2] + 2 * pow(x[0], 2) + 2 * pow(x[1], 2) +
+         pow(x[2], 2) + 2 * x[0] * x[1] + 2 * x[0] * x[2];
+}
+void c035(const D* x, D* c) { c[0] = 3 - x[0] - x[1] - 2 * x[2]; }
+D f038(const D* x) {
+  return 100 * pow(x[1] - pow(x[0], 2), 2) + pow(1 - x[0], 2) +
+         90 * pow(x[3] - pow(x[2], 2), 2) + pow(1 - x[2], 2) +
+         10.1 * (pow(x[1] - 1, 2) + pow(x[3] - 1, 2)) + 19.8 * (x[1] - 1) * (x[3] - 1);
+}
+D f039(const D* x) { return -x[0]; }
+void c039(const D* x, D* c) {
+  c[0] = x[1] - pow(x[0], 3) - pow(x[2], 2);
+  c[1] = pow(x[0], 2) - x[1] - pow(x[3], 2);
+}
+D f040(const D* x) { return -x[0] * x[1] * x[2] * x[3]; }
+void c040(const D* x, D* c) {
+  c[0] = pow(x[0], 3) + pow(x[1], 2) - 1;
+  c[1] = pow(x[0], 2) * x[3] - x[2];
+  c[2] = pow(x[3], 2) - x[1];
+}
+D f042(const D* x) {
+  return pow(x[0] - 1, 2) + pow(x[1] - 2, 2) + pow(x[2] - 3, 2) + pow(x[3] - 4, 2);
+}
+void c042(const D* x, D* c) {
+  c[0] = x[0] - 2;
+  c[1] = pow(x[2], 2) + pow(x[3], 2) - 2;
+}
+D f043(const D* x) {
+  return pow(x[0], 2) + pow(x[1], 2) + 2 * pow(x[2], 2) + pow(x[3], 2) - 5 * x[0] - 5 * x[1] -
+         21 * x[2] + 7 * x[3];
+}
+void c043(const D* x, D* c) {
+  const D s = pow(x[0], 2) + pow(x[1], 2) + pow(x[2], 2);
+  c[0] = 8 - s - pow(x[3], 2) - x[0] + x[1] - x[2] + x[3];
+  c[1] = 10 - s - pow(x[1], 2) - 2 * pow(x[3], 2) + x[0] + x[3];
+  c[2] = 5 - 2 * pow(x[0], 2) - pow(x[1], 2) - pow(x[2], 2) - 2 * x[0] + x[1] + x[3];
+}
+D f046(const D* x) {
+  return pow(x[0] - x[1], 2) + pow(x[2] - 1, 2) + pow(x[3] - 1, 4) + pow(x[4] - 1, 6);
+}
+void c046(const D* x, D* c) {
+  c[0] = pow(x[0], 2) * x[3] + sin(x[3] - x[4]) - 1;
+  c[1] = x[1] + pow(x[2], 4) * pow(x[3], 2) - 2;
+}
+D f048(const D* x) { return pow(x[0] - 1, 2) + pow(x[1] - x[2], 2) + pow(x[3] - x[4], 2); }
+void c048(const D* x, D* c) {
+  c[0] = x[0] + x[1] + x[2] + x[3] + x[4] - 5;
+  c[1] = x[2] - 2 * (x[3] + x[4]) + 3;
+}
+D f065(const D* x) {
+  return pow(x[0] - x[1], 2) + pow(x[0] + x[1] - 10, 2) / 9 + pow(x[2] - 5, 2);
+}
+void c065(const D* x, D* c) { c[0] = 48 - pow(x[0], 2) - pow(x[1], 2) - pow(x[2], 2); }
+D f071(const D* x) { return x[0] * x[3] * (x[0] + x[1] + x[2]) + x[2]; }
+void c071(const D* x, D* c) {
+  c[0] = x[0] * x[1] * x[2] * x[3];
+  c[1] = pow(x[0], 2) + pow(x[1], 2) + pow(x[2], 2) + pow(x[3], 2);
+}
+D f077(const D* x) {
+  return pow(x[0] - 1, 2) + pow(x[0] - x[1], 2) + pow(x[2] - 1, 2) + pow(x[3] - 1, 4) +
+         pow(x[4] - 1, 6);
+}
+void c077(const D* x, D* c) {
+  c[0] = pow(x[0], 2) * x[3] + sin(x[3] - x[4]) - 2 * kSqrt2;
+  c[1] = x[1] + pow(x[2], 4) * pow(x[3], 2) - 8 - kSqrt2;
+}
+D f078(const D* x) { return x[0] * x[1] * x[2] * x[3] * x[4]; }
+void c078(const D* x, D* c) {
+  c[0] = pow(x[0], 2) + pow(x[1], 2) + pow(x[2], 2) + pow(x[3], 2) + pow(x[4], 2) - 10;
+  c[1] = x[1] * x[2] - 5 * x[3] * x[4];
+  c[2] = pow(x[0], 3) + pow(x[1], 3) + 1;
+}
+D f079(const D* x) {
+  return pow(x[0] - 1, 2) + pow(x[0] - x[1], 2) + pow(x[1] - x[2], 2) + pow(x[2] - x[3], 4) +
+         pow(x[3] - x[4], 4);
+}
+void c079(const D* x, D* c) {
+  c[0] = x[0] + pow(x[1], 2) + pow(x[2], 3) - 2 - 3 * kSqrt2;
+  c[1] = x[1] - pow(x[2], 2) + x[3] + 2 - 2 * kSqrt2;
+  c[2] = x[0] * x[4] - 2;
+}
+D f100(const D* x) {
+  return pow(x[0] - 10, 2) + 5 * pow(x[1] - 12, 2) + pow(x[2], 4) + 3 * pow(x[3] - 11, 2) +
+         10 * pow(x[4], 6) + 7 * pow(x[5], 2) + pow(x[6], 4) - 4 * x[5] * x[6] - 10 * x[5] -
+         8 * x[6];
+}
+void c100(const D* x, D* c) {
+  c[0] = 127 - 2 * pow(x[0], 2) - 3 * pow(x[1], 4) - x[2] - 4 * pow(x[3], 2) - 5 * x[4];
+  c[1] = 282 - 7 * x[0] - 3 * x[1] - 10 * pow(x[2], 2) - x[3] + x[4];
+  c[2] = 196 - 23 * x[0] - pow(x[1], 2) - 6 * pow(x[5], 2) + 8 * x[6];
+  c[3] = -4 * pow(x[0], 2) - pow(x[1], 2) + 3 * x[0] * x[1] - 2 * pow(x[2], 2) - 5 * x[5] +
+         11 * x[6];
+}
+void none(const D*, D*) {}
+
+// Problems a solver must fail on: x^2 + 1 <= 0; -x over x >= 0; two
+// equations in one unknown; x^4, whose minimum Newton's method approaches
+// only linearly.
+D square(const D* x) { return pow(x[0], 2); }
+D quartic(const D* x) { return pow(x[0], 4); }
+void square_plus_one(const D* x, D* c) { c[0] = pow(x[0], 2) + 1; }
+D minus(const D* x) { return -x[0]; }
+void x_and_square(const D* x, D* c) {
+  c[0] = x[0];
+  c[1] = pow(x[0], 2);
+}
+
+constexpr double N = kNone;
+std::vector<double> all(int n, double v) { return std::vector<double>(size_t(n), v); }
+
+}  // namespace
+
+const std::vector<Problem>& problems() {
+  static const std::vector<Problem> set = {
+      {"HS001", 2, 0, {-2, 1}, {-N, -1.5}, {N, N}, {}, {}, 0.0, 1e-8, f001, none},
+      {"HS003", 2, 0, {10, 1}, {-N, 0}, {N, N}, {}, {}, 0.0, 1e-7, f003, none},
+      {"HS004", 2, 0, {1.125, 0.125}, {1, 0}, {N, N}, {}, {}, 8.0 / 3, 1e-7, f004, none},
+      {"HS005", 2, 0, {0, 0}, {-1.5, -3}, {4, 3}, {}, {},
+       -std::sqrt(3.0) / 2 - kPi / 3, 1e-8, f005, none},
+      {"HS006", 2, 1, {-1.2, 1}, all(2, -N), all(2, N), {0}, {0}, 0.0, 1e-8, f006, c006},
+      {"HS007", 2, 1, {2, 2}, all(2, -N), all(2, N), {0}, {0}, -std::sqrt(3.0), 1e-8, f007,
+       c007},
+      {"HS008", 2, 2, {2, 1}, all(2, -N), all(2, N), {0, 0}, {0, 0}, -1.0, 1e-8, f008, c008},
+      {"HS009", 2, 1, {0, 0}, all(2, -N), all(2, N), {0}, {0}, -0.5, 1e-8, f009, c009},
+      {"HS010", 2, 1, {-10, 10}, all(2, -N), all(2, N), {0}, {N}, -1.0, 1e-7, f010, c010},
+      {"HS011", 2, 1, {4.9, 0.1}, all(2, -N), all(2, N), {0}, {N}, -8.498464223, 1e-9, f011,
+       c011},
+      {"HS012", 2, 1, {0, 0}, all(2, -N), all(2, N), {0}, {N}, -30.0, 1e-8, f012, c012},
+      {"HS014", 2, 2, {2, 2}, all(2, -N), all(2, N), {0, 0}, {0, N},
+       9 - 23 * std::sqrt(7.0) / 8, 1e-8, f014, c014},
+      {"HS026", 3, 1, {-2.6, 2, 2}, all(3, -N), all(3, N), {0}, {0}, 0.0, 1e-8, f026, c026},
+      {"HS027", 3, 1, {2, 2, 2}, all(3, -N), all(3, N), {0}, {0}, 0.04, 1e-8, f027, c027},
+      {"HS028", 3, 1, {-4, 1, 1}, all(3, -N), all(3, N), {0}, {0}, 0.0, 1e-8, f028, c028},
+      {"HS035", 3, 1, {0.5, 0.5, 0.5}, all(3, 0), all(3, N), {0}, {N}, 1.0 / 9, 1e-7, f035,
+       c035},
+      {"HS038", 4, 0, {-3, -1, -3, -1}, all(4, -10), all(4, 10), {}, {}, 0.0, 1e-8, f038, none},
+      {"HS039", 4, 2, {2, 2, 2, 2}, all(4, -N), all(4, N), {0, 0}, {0, 0}, -1.0, 1e-8, f039,
+       c039},
+      {"HS040", 4, 3, {0.8, 0.8, 0.8, 0.8}, all(4, -N), all(4, N), {0, 0, 0}, {0, 0, 0}, -0.25,
+       1e-8, f040, c040},
+      {"HS042", 4, 2, {1, 1, 1, 1}, all(4, -N), all(4, N), {0, 0}, {0, 0},
+       28 - 10 * kSqrt2, 1e-8, f042, c042},
+      {"HS043", 4, 3, {0, 0, 0, 0}, all(4, -N), all(4, N), {0, 0, 0}, {N, N, N}, -44.0, 1e-8,
+       f043, c043},
+      {"HS046", 5, 2, {kSqrt2 / 2, 1.75, 0.5, 2, 2}, all(5, -N), all(5, N), {0, 0}, {0, 0}, 0.0,
+       1e-7, f046, c046},
+      {"HS048", 5, 2, {3, 5, -3, 2, -2}, all(5, -N), all(5, N), {0, 0}, {0, 0}, 0.0, 1e-8, f048,
+       c048},
+      {"HS065", 3, 1, {-5, 5, 0}, {-4.5, -4.5, -5}, {4.5, 4.5, 5}, {0}, {N}, 0.9535288567,
+       1e-9, f065, c065},
+      {"HS071", 4, 2, {1, 5, 5, 1}, all(4, 1), all(4, 5), {25, 40}, {N, 40}, 17.0140173, 1e-8,
+       f071, c071},
+      {"HS077", 5, 2, {2, 2, 2, 2, 2}, all(5, -N), all(5, N), {0, 0}, {0, 0}, 0.24150513, 1e-7,
+       f077, c077},
+      {"HS078", 5, 3, {-2, 1.5, 2, -1, -1}, all(5, -N), all(5, N), {0, 0, 0}, {0, 0, 0},
+       -2.91970041, 1e-8, f078, c078},
+      {"HS079", 5, 3, {2, 2, 2, 2, 2}, all(5, -N), all(5, N), {0, 0, 0}, {0, 0, 0},
+       0.0787768209, 1e-8, f079, c079},
+      {"HS100", 7, 4, {1, 2, 0, 4, 0, 1, 1}, all(7, -N), all(7, N), all(4, 0), all(4, N),
+       680.6300573, 1e-9, f100, c100},
+  };
+  return set;
+}
+
+const std::vector<Problem>& awkward() {
+  static const std::vector<Problem> set = {
+      {"infeasible", 1, 1, {1}, {-N}, {N}, {-N}, {0}, 0, 0, square, square_plus_one},
+      {"unbounded", 1, 0, {1}, {0}, {N}, {}, {}, 0, 0, minus, none},
+      {"overdetermined", 1, 2, {2}, {-N}, {N}, {1, 1}, {1, 1}, 0, 0, square, x_and_square},
+      {"quartic", 1, 0, {1}, {-N}, {N}, {}, {}, 0, 0, quartic, none},
+  };
+  return set;
+}
+
+// ---- values and derivatives ----------------------------------------------------------
+
+namespace {
+// The point x with the directions e_i and e_j (-1: none).
+std::vector<Dual> seeded(const double* x, int n, int i, int j) {
+  std::vector<Dual> d(x, x + n);
+  if (i >= 0) d[size_t(i)].a = 1.0;
+  if (j >= 0) d[size_t(j)].b = 1.0;
+  return d;
+}
+}  // namespace
+
+double Problem::f(const double* x) const { return fo(seeded(x, n, -1, -1).data()).v; }
+
+void Problem::grad(const double* x, double* g) const {
+  for (int i = 0; i < n; ++i) g[i] = fo(seeded(x, n, i, -1).data()).a;
+}
+
+void Problem::cons(const double* x, double* c) const {
+  std::vector<Dual> out(static_cast<size_t>(m));
+  co(seeded(x, n, -1, -1).data(), out.data());
+  for (int k = 0; k < m; ++k) c[k] = out[size_t(k)].v;
+}
+
+void Problem::jac(const double* x, double* j) const {
+  std::vector<Dual> out(static_cast<size_t>(m));
+  for (int i = 0; i < n; ++i) {
+    co(seeded(x, n, i, -1).data(), out.data());
+    for (int k = 0; k < m; ++k) j[k * n + i] = out[size_t(k)].a;
+  }
+}
+
+void Problem::hess(const double* x, double sigma, const double* lambda, double* h) const {
+  std::vector<Dual> out(static_cast<size_t>(m));
+  for (int i = 0; i < n; ++i)
+    for (int j = i; j < n; ++j) {
+      const std::vector<Dual> d = seeded(x, n, i, j);
+      double v = sigma * fo(d.data()).ab;
+      co(d.data(), out.data());
+      for (int k = 0; k < m; ++k) v += lambda[k] * out[size_t(k)].ab;
+      h[i * n + j] = h[j * n + i] = v;
+    }
+}
+
+// ---- native Ipopt ------------------------------------------------------------------------
+
+namespace {
+
+using Ipopt::Index;
+
+class Tnlp : public Ipopt::TNLP {
+ public:
+  Tnlp(const Problem& p, NativeResult& r) : p_(p), r_(r), h_(size_t(p.n * p.n)) {}
+  bool get_nlp_info(Index& n, Index& m, Index& nnz_jac, Index& nnz_h,
+                    IndexStyleEnum& style) override {
+    n = p_.n;
+    m = p_.m;
+    nnz_jac = p_.m * p_.n;
+    nnz_h = p_.n * (p_.n + 1) / 2;
+    style = C_STYLE;
+    return true;
+  }
+  bool get_bounds_info(Index, double* xl, double* xu, Index, double* gl, double* gu) override {
+    std::copy(p_.xl.begin(), p_.xl.end(), xl);
+    std::copy(p_.xu.begin(), p_.xu.end(), xu);
+    std::copy(p_.gl.begin(), p_.gl.end(), gl);
+    std::copy(p_.gu.begin(), p_.gu.end(), gu);
+    return true;
+  }
+  bool get_starting_point(Index, bool, double* x, bool, double*, double*, Index, bool,
+                          double*) override {
+    std::copy(p_.x0.begin(), p_.x0.end(), x);
+    return true;
+  }
+  bool eval_f(Index, const double* x, bool, double& f) override {
+    f = p_.f(x);
+    return true;
+  }
+  bool eval_grad_f(Index, const double* x, bool, double* g) override {
+    p_.grad(x, g);
+    return true;
+  }
+  bool eval_g(Index, const double* x, bool, Index, double* g) override {
+    p_.cons(x, g);
+    return true;
+  }
+  bool eval_jac_g(Index, const double* x, bool, Index, Index, Index* row, Index* col,
+                  double* v) override {
+    if (v) {
+      p_.jac(x, v);
+      return true;
+    }
+    for (Index i = 0, k = 0; i < p_.m; ++i)
+      for (Index j = 0; j < p_.n; ++j, ++k) row[k] = i, col[k] = j;
+    return true;
+  }
+  bool eval_h(Index, const double* x, bool, double sigma, Index, const double* lambda, bool,
+              Index, Index* row, Index* col, double* v) override {
+    const Index n = p_.n;
+    if (v) p_.hess(x, sigma, lambda, h_.data());
+    for (Index i = 0, k = 0; i < n; ++i)
+      for (Index j = i; j < n; ++j, ++k) {
+        if (v) {
+          v[k] = h_[size_t(j * n + i)];
+        } else {
+          row[k] = j, col[k] = i;
+        }
+      }
+    return true;
+  }
+  void finalize_solution(Ipopt::SolverReturn, Index n, const double* x, const double*,
+                         const double*, Index m, const double*, const double* lambda, double f,
+                         const Ipopt::IpoptData*, Ipopt::IpoptCalculatedQuantities*) override {
+    r_.x.assign(x, x + n);
+    r_.lambda.assign(lambda, lambda + m);
+    r_.objective = f;
+  }
+
+ private:
+  const Problem& p_;
+  NativeResult& r_;
+  std::vector<double> h_;
+};
+
+}  // namespace
+
+NativeResult solve_native(const Problem& p,
+                          const std::vector<std::pair<std::string, std::string>>& options) {
+  NativeResult r;
+  Ipopt::SmartPtr<Ipopt::TNLP> nlp = new Tnlp(p, r);
+  Ipopt::SmartPtr<Ipopt::IpoptApplication> app = IpoptApplicationFactory();
+  app->Options()->SetIntegerValue("print_level", 0);
+  app->Options()->SetStringValue("sb", "yes");
+  for (const auto& [name, value] : options) app->Options()->SetStringValue(name, value);
+  if (app->Initialize("") != Ipopt::Solve_Succeeded) return r;
+  r.status = int(app->OptimizeTNLP(nlp));
+  if (Ipopt::IsValid(app->Statistics())) r.iterations = app->Statistics()->IterationCount();
+  return r;
+}
+
+}  // namespace hs

@@ -1,0 +1,487 @@
+// e04st on the Hock-Schittkowski problems against native Ipopt (the same
+// iterations and objective) and the published optima; every exit of the
+// solver reached by a real problem; the checks before the run; the options
+// as Ipopt sees them; the handle during and after a solve.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdio>
+#include <fstream>
+#include <functional>
+#include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "common/testing.hpp"
+#include "optim/hs_set.hpp"
+#include "zeb.h"
+
+namespace {
+
+using R = std::vector<double>;
+
+// What the C user functions see through comm->user: the problem, the sign
+// of its objective and the faults to inject.
+struct Data {
+  explicit Data(const hs::Problem* problem, double objective_sign = 1.0)
+      : p(problem), sign(objective_sign) {}
+  const hs::Problem* p;
+  double sign;
+  long nan_at = 0, stop_at = 0, flag_at = 0, monit_stop_at = -1;  // objfun call / iteration
+  long objfun_calls = 0, monit_calls = 0;
+  std::function<void()> inside;  // run once from inside objfun
+  R h;
+};
+Data& data(Zeb_Comm* c) { return *static_cast<Data*>(c->user); }
+
+void objfun(Integer, const double x[], double* fx, Integer* inform, Zeb_Comm* c) {
+  Data& d = data(c);
+  ++d.objfun_calls;
+  *fx = d.sign * d.p->f(x);
+  if (d.objfun_calls == d.nan_at) *fx = std::nan("");
+  if (d.objfun_calls == d.stop_at) *inform = -1;
+  if (d.objfun_calls == d.flag_at) c->flag = -7;
+  if (d.inside) std::exchange(d.inside, nullptr)();
+}
+void objgrd(Integer n, const double x[], Integer, double g[], Integer*, Zeb_Comm* c) {
+  Data& d = data(c);
+  d.p->grad(x, g);
+  for (Integer j = 0; j < n; ++j) g[j] *= d.sign;
+}
+void confun(Integer, const double x[], Integer, double gx[], Integer*, Zeb_Comm* c) {
+  data(c).p->cons(x, gx);
+}
+void congrd(Integer, const double x[], Integer, double gdx[], Integer*, Zeb_Comm* c) {
+  data(c).p->jac(x, gdx);  // the dense pattern, row by row
+}
+// The Lagrangian's Hessian, upper triangle row by row (the pattern below).
+void hess(Integer n, const double x[], Integer, Integer, double sigma, const double lambda[],
+          Integer, double hx[], Integer*, Zeb_Comm* c) {
+  Data& d = data(c);
+  d.h.resize(size_t(n * n));
+  d.p->hess(x, d.sign * sigma, lambda, d.h.data());
+  Integer k = 0;
+  for (Integer i = 0; i < n; ++i)
+    for (Integer j = i; j < n; ++j) hx[k++] = d.h[size_t(i * n + j)];
+}
+void monit(Integer, const double*, Integer* inform, const double*, const double* stats,
+           Zeb_Comm* c) {
+  Data& d = data(c);
+  ++d.monit_calls;
+  if (long(stats[0]) == d.monit_stop_at) *inform = -1;
+}
+
+bool bounded(const hs::Problem& p) {
+  for (int j = 0; j < p.n; ++j)
+    if (p.xl[size_t(j)] > -hs::kNone || p.xu[size_t(j)] < hs::kNone) return true;
+  return false;
+}
+
+struct Result {
+  ZebError fail;
+  R x, u, rinfo, stats;
+};
+
+// A handle holding problem p: nonlinear objective, its bounds, its
+// constraints as nonlinear ones with a dense Jacobian, and the dense upper
+// triangle of the Lagrangian's Hessian.
+class Nlp {
+ public:
+  explicit Nlp(const hs::Problem& p) : p_(p) {
+    ZebError e;
+    ZEB_INIT_FAIL(e);
+    e.print = 1;
+    const Integer n = p.n, m = p.m;
+    std::vector<Integer> idx, irow, icol, hrow, hcol;
+    for (Integer j = 1; j <= n; ++j) idx.push_back(j);
+    for (Integer i = 1; i <= m; ++i)
+      for (Integer j = 1; j <= n; ++j) irow.push_back(i), icol.push_back(j);
+    for (Integer i = 1; i <= n; ++i)
+      for (Integer j = i; j <= n; ++j) hrow.push_back(i), hcol.push_back(j);
+    e04rac(&h, n, &e);
+    e04rgc(h, n, idx.data(), &e);
+    if (bounded(p)) e04rhc(h, n, p.xl.data(), p.xu.data(), &e);
+    if (m > 0) e04rkc(h, m, p.gl.data(), p.gu.data(), m * n, irow.data(), icol.data(), &e);
+    e04rlc(h, -1, Integer(hrow.size()), hrow.data(), hcol.data(), &e);
+    option("Print Level = 0");
+  }
+  ~Nlp() {
+    ZebError e;
+    ZEB_INIT_FAIL(e);
+    e04rzc(&h, &e);
+  }
+  void option(const std::string& s) {
+    ZebError e;
+    ZEB_INIT_FAIL(e);
+    e.print = 1;
+    e04zmc(h, s.c_str(), &e);
+  }
+  Integer nnzu() const { return bounded(p_) || p_.m > 0 ? 2 * (p_.n + p_.m) : 0; }
+  // A solve from the problem's start; results preset to -1.
+  Result solve(Data& d, bool with_monit = false) {
+    Result r{{}, p_.x0, R(size_t(nnzu()), -1.0), R(100, -1.0), R(100, -1.0)};
+    ZEB_INIT_FAIL(r.fail);
+    Zeb_Comm comm{0, nullptr, nullptr, &d};
+    e04stc(h, objfun, objgrd, confun, congrd, hess, with_monit ? monit : nullptr, p_.n,
+           r.x.data(), nnzu(), r.u.data(), r.rinfo.data(), r.stats.data(), &comm, &r.fail);
+    return r;
+  }
+  void* h = nullptr;
+
+ private:
+  const hs::Problem& p_;
+};
+
+const hs::Problem& problem(const std::string& name) {
+  for (const auto* set : {&hs::problems(), &hs::awkward()})
+    for (const hs::Problem& p : *set)
+      if (name == p.name) return p;
+  throw std::runtime_error("no problem " + name);
+}
+
+double rel(double a, double b) { return std::fabs(a - b) / std::max(1.0, std::fabs(b)); }
+
+}  // namespace
+
+TEST(E04st, HockSchittkowskiProblemsAsIpoptSolvesThem) {
+  ASSERT_GE(hs::problems().size(), 20u);
+  for (const hs::Problem& p : hs::problems()) {
+    SCOPED_TRACE(p.name);
+    Nlp nlp(p);
+    Data d(&p);
+    const Result r = nlp.solve(d);
+    const hs::NativeResult native = hs::solve_native(p);
+    ASSERT_EQ(r.fail.code, NE_NOERROR) << r.fail.message;
+    EXPECT_EQ(long(r.stats[0]), native.iterations);
+    EXPECT_LE(rel(r.rinfo[0], native.objective), 1e-10);
+    EXPECT_LE(rel(r.rinfo[0], p.fstar), std::max(p.ftol, 1e-7));
+    // The constraint multipliers: Ipopt's lambda split by sign.
+    for (int i = 0; i < p.m; ++i) {
+      const size_t k = size_t(2 * (p.n + i));
+      EXPECT_NEAR(r.u[k + 1] - r.u[k], native.lambda[size_t(i)],
+                  1e-7 * std::max(1.0, std::fabs(native.lambda[size_t(i)])));
+      EXPECT_TRUE(r.u[k] == 0.0 || r.u[k + 1] == 0.0);
+    }
+  }
+}
+
+TEST(E04st, MaximisingTheNegatedObjective) {
+  const hs::Problem& p = problem("HS071");
+  Nlp min(p), max(p);
+  max.option("Task = Maximize");
+  Data dmin(&p), dmax(&p, -1.0);
+  const Result a = min.solve(dmin), b = max.solve(dmax);
+  ASSERT_EQ(b.fail.code, NE_NOERROR) << b.fail.message;
+  EXPECT_EQ(a.stats[0], b.stats[0]);
+  EXPECT_LE(rel(b.rinfo[0], -p.fstar), 1e-8);
+  for (int j = 0; j < p.n; ++j) EXPECT_NEAR(a.x[size_t(j)], b.x[size_t(j)], 1e-8);
+}
+
+
+// Every exit of the solver itself: the message, and the results of the last
+// point reached (or none, when Ipopt never started).
+TEST(E04st, ExitsOfTheSolver) {
+  struct Case {
+    const hs::Problem& p;
+    std::string option;
+    long nan_at, stop_at, flag_at, monit_stop_at;
+    Integer errnum;
+    const char* message;
+    bool results;
+  };
+  const hs::Problem& hs71 = problem("HS071");
+  const hs::Problem &kInfeasible = problem("infeasible"), &kUnbounded = problem("unbounded"),
+                    &kOverdetermined = problem("overdetermined");
+  const Case cases[] = {
+      {hs71, "Outer Iteration Limit = 3", 0, 0, 0, -1, 22,
+       "NE_TOO_MANY_ITER:\n  Maximum number of iterations exceeded.", true},
+      {hs71, "Time Limit = 1e-9", 0, 0, 0, -1, 23,
+       "NE_SUBPROBLEM:\n  The solver terminated after the maximum time allowed was exceeded.",
+       true},
+      {kInfeasible, "", 0, 0, 0, -1, 51,
+       "NE_MAYBE_INFEASIBLE:\n  The solver detected an infeasible problem.", true},
+      {kUnbounded, "", 0, 0, 0, -1, 54,
+       "NE_MAYBE_UNBOUNDED:\n  The solver terminated due to diverging iterates.", true},
+      {hs71, "", 1, 0, 0, -1, 25, "NE_USER_NAN:\n  Invalid number detected in user function.",
+       true},
+      {hs71, "", 0, 0, 0, 2, 20,
+       "NE_USER_STOP:\n  User requested termination during a monitoring step.", true},
+      {hs71, "", 0, 3, 0, -1, 20,
+       "NE_USER_STOP:\n  User requested termination during a monitoring step.", true},
+      {hs71, "", 0, 0, 3, -1, -1,
+       "NE_USER_STOP:\n  User requested termination, user flag value = -7.", true},
+      {problem("quartic"), "Stop Tolerance 1 = 1e-30", 0, 0, 0, -1, 50,
+       "NW_NOT_CONVERGED:\n  The solver reports NLP solved to acceptable level.", true},
+      {hs71, "Outer Iteration Limit = 3000000000", 0, 0, 0, -1, 23,
+       "NE_SUBPROBLEM:\n  The solver terminated due to an invalid option.", false},
+      {kOverdetermined, "", 0, 0, 0, -1, 23,
+       "NE_SUBPROBLEM:\n  The solver terminated with not enough degrees of freedom.", false},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.p.name) + " " + c.option + " " + c.message);
+    Nlp nlp(c.p);
+    if (!c.option.empty()) nlp.option(c.option);
+    if (c.errnum == 50) nlp.option("Suboptimal Factor = 1e24");
+    Data d(&c.p);
+    d.nan_at = c.nan_at, d.stop_at = c.stop_at, d.flag_at = c.flag_at;
+    d.monit_stop_at = c.monit_stop_at;
+    const Result r = nlp.solve(d, true);
+    EXPECT_EQ(r.fail.errnum, c.errnum);
+    EXPECT_STREQ(r.fail.message, c.message);
+    EXPECT_EQ(r.stats[0] >= 0, c.results);
+    if (c.monit_stop_at >= 0) {
+      EXPECT_EQ(r.stats[0], c.monit_stop_at);
+    }
+    if (!c.results) {
+      EXPECT_EQ(r.x, c.p.x0);
+    }
+  }
+}
+
+// The checks before Ipopt starts, in their order; none touches x, u,
+// rinfo or stats, and the handle can then be solved.
+TEST(E04st, ChecksBeforeTheRun) {
+  const hs::Problem& p = problem("HS071");
+  struct Case {
+    std::function<void(Nlp&)> setup;
+    Zeb_E04stObjfun f;
+    Zeb_E04stObjgrd g;
+    Zeb_E04stConfun c;
+    Zeb_E04stCongrd cg;
+    Zeb_E04stHess h;
+    Integer nvar, nnzu;
+    const char* message;
+  };
+  const auto nothing = [](Nlp&) {};
+  const Case cases[] = {
+      {nothing, nullptr, objgrd, confun, congrd, hess, 4, 12,
+       "NE_NULL_ARGUMENT:\n  Please provide a proper objfun function."},
+      {nothing, objfun, nullptr, confun, congrd, hess, 4, 12,
+       "NE_NULL_ARGUMENT:\n  Please provide a proper objgrd function."},
+      {nothing, objfun, objgrd, nullptr, congrd, hess, 4, 12,
+       "NE_NULL_ARGUMENT:\n  Please provide a proper confun function."},
+      {nothing, objfun, objgrd, confun, nullptr, hess, 4, 12,
+       "NE_NULL_ARGUMENT:\n  Please provide a proper congrd function."},
+      {nothing, objfun, objgrd, confun, congrd, nullptr, 4, 12,
+       "NE_NULL_ARGUMENT:\n  Either change the optional parameter 'Hessian Mode' or\n"
+       "  provide a proper hess function."},
+      {nothing, objfun, objgrd, confun, congrd, hess, 5, 12,
+       "NE_REF_MATCH:\n  The information supplied does not match with that previously stored.\n"
+       "  On entry, nvar = 5 must match that\n  given during initialization of the handle, i.e., 4."},
+      {nothing, objfun, objgrd, confun, congrd, hess, 4, 8,
+       "NE_INT:\n  On entry, nnzu = 8.\n  Constraint: nnzu = 12 or 0."},
+      {[](Nlp& n) {
+         const Integer group[] = {1, 2, 3};
+         Integer id = 0;
+         ZebError e;
+         ZEB_INIT_FAIL(e);
+         e04rbc(n.h, "Quad", 3, group, &id, &e);
+       },
+       objfun, objgrd, confun, congrd, hess, 4, 12,
+       "NE_SETUP_ERROR:\n  This solver does not support the model defined in the handle."},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.message);
+    Nlp nlp(p);
+    c.setup(nlp);
+    Data d(&p);
+    R x = p.x0, u(12, -1.0), rinfo(100, -1.0), stats(100, -1.0);
+    ZebError fail;
+    ZEB_INIT_FAIL(fail);
+    Zeb_Comm comm{0, nullptr, nullptr, &d};
+    e04stc(nlp.h, c.f, c.g, c.c, c.cg, c.h, nullptr, c.nvar, x.data(), c.nnzu, u.data(),
+           rinfo.data(), stats.data(), &comm, &fail);
+    EXPECT_STREQ(fail.message, c.message);
+    EXPECT_EQ(x, p.x0);
+    EXPECT_EQ(u, R(12, -1.0));
+    EXPECT_EQ(rinfo, R(100, -1.0));
+    EXPECT_EQ(d.objfun_calls, 0);
+  }
+  // Null results, a missing Hessian structure, and nnzu without constraints.
+  Nlp nlp(p);
+  Data d(&p);
+  R x = p.x0, r(100);
+  ZebError fail;
+  ZEB_INIT_FAIL(fail);
+  e04stc(nlp.h, objfun, objgrd, confun, congrd, hess, nullptr, 4, x.data(), 0, nullptr, nullptr,
+         r.data(), nullptr, &fail);
+  EXPECT_EQ(fail.code, NE_BAD_PARAM);
+  EXPECT_NE(std::string(fail.message).find("rinfo"), std::string::npos) << fail.message;
+  e04stc(nlp.h, objfun, objgrd, confun, congrd, hess, nullptr, 4, x.data(), 0, nullptr, r.data(),
+         nullptr, nullptr, &fail);
+  EXPECT_NE(std::string(fail.message).find("stats"), std::string::npos) << fail.message;
+
+  void* h = nullptr;
+  const Integer idx[] = {1};
+  e04rac(&h, 1, &fail);
+  e04rgc(h, 1, idx, &fail);
+  e04stc(h, objfun, objgrd, nullptr, nullptr, hess, nullptr, 1, x.data(), 0, nullptr, r.data(),
+         r.data(), nullptr, &fail);
+  EXPECT_STREQ(fail.message,
+               "NE_DERIV_ERRORS:\n  On entry, a nonlinear objective function has been defined\n"
+               "  but no objective Hessian sparsity structure has been defined\n"
+               "  through zeb_opt_handle_set_nlnhess (e04rlc).");
+  e04stc(h, objfun, objgrd, nullptr, nullptr, hess, nullptr, 1, x.data(), 2, r.data(), r.data(),
+         r.data(), nullptr, &fail);
+  EXPECT_EQ(fail.errnum, 6);  // the Hessian structure is checked before nnzu
+  e04zmc(h, "Hessian Mode = Approximate", &fail);
+  e04stc(h, objfun, objgrd, nullptr, nullptr, nullptr, nullptr, 1, x.data(), 2, r.data(),
+         r.data(), r.data(), nullptr, &fail);
+  EXPECT_STREQ(fail.message,
+               "NE_INT:\n  On entry, nnzu = 2.\n"
+               "  Constraint: no constraints present, so nnzu must be 0.");
+  e04rzc(&h, &fail);
+}
+
+// From inside a user function the handle is being solved: the solver, the
+// definitions and the options refuse; afterwards the results can be read.
+TEST(E04st, TheHandleDuringAndAfterASolve) {
+  const hs::Problem& p = problem("HS071");
+  Nlp nlp(p);
+  Data d(&p);
+  std::vector<std::string> inside;
+  d.inside = [&] {
+    R x = p.x0, r(100);
+    ZebError e;
+    ZEB_INIT_FAIL(e);
+    e04stc(nlp.h, objfun, objgrd, confun, congrd, hess, nullptr, 4, x.data(), 0, nullptr,
+           r.data(), r.data(), nullptr, &e);
+    inside.push_back(e.message);
+    e04zmc(nlp.h, "Print Level = 1", &e);
+    inside.push_back(std::to_string(e.errnum));
+    const double bl[4] = {0, 0, 0, 0}, bu[4] = {9, 9, 9, 9};
+    e04rhc(nlp.h, 4, bl, bu, &e);
+    inside.push_back(std::to_string(e.errnum));
+  };
+  const Result r = nlp.solve(d, true);
+  ASSERT_EQ(r.fail.code, NE_NOERROR) << r.fail.message;
+  ASSERT_EQ(inside.size(), 3u);
+  EXPECT_EQ(inside[0], "NE_PHASE:\n  The problem is already being solved.");
+  EXPECT_EQ(inside[1], "2");
+  EXPECT_EQ(inside[2], "2");
+  EXPECT_EQ(d.monit_calls, long(r.stats[0]) + 1);
+  EXPECT_GE(r.stats[1], r.stats[0]);
+  EXPECT_GE(r.stats[6], r.stats[7]);
+  R x(4), u(12);
+  ZebError e;
+  ZEB_INIT_FAIL(e);
+  e04rxc(nlp.h, "Primal", 0, 4, x.data(), &e);
+  e04rxc(nlp.h, "Dual", 0, 12, u.data(), &e);
+  EXPECT_EQ(x, r.x);
+  EXPECT_EQ(u, r.u);
+  // A second solve with other options, from the solution: few iterations.
+  nlp.option("Stop Tolerance 1 = 1e-10");
+  const Result again = nlp.solve(d);
+  EXPECT_EQ(again.fail.code, NE_NOERROR) << again.fail.message;
+  EXPECT_LE(rel(again.rinfo[0], p.fstar), 1e-8);
+}
+
+// Every mapped option set away from its default, read back from Ipopt's own
+// list of the options (its output at the highest print level).
+TEST(E04st, MappedOptionsReachIpopt) {
+  const hs::Problem& p = problem("HS071");
+  const std::string file = testing::TempDir() + "e04st_options.txt";
+  Nlp nlp(p);
+  Integer unit = -1;
+  ZebError e;
+  ZEB_INIT_FAIL(e);
+  x04acc(file.c_str(), 1, &unit, &e);
+  const std::string u = std::to_string(unit);
+  const std::pair<std::string, std::string> set[] = {
+      {"Outer Iteration Limit = 77", "max_iter = 77"},
+      {"Infinite Bound Size = 1e15", "nlp_upper_bound_inf = 1e+15"},
+      {"", "nlp_lower_bound_inf = -1e+15"},
+      {"Print Level = 5", "zeb_print_level = 5"},
+      {"Monitoring Level = 3", "zeb_monitoring_level = 3"},
+      {"Monitoring File = " + u, "zeb_monitoring_file = " + u},
+      {"Print File = " + u, "zeb_print_file = " + u},
+      {"Stats Time = Yes", "print_timing_statistics = yes"},
+      {"Stop Tolerance 1 = 2e-9", "tol = 2e-09"},
+      {"Suboptimal Factor = 3", "acceptable_tol = 6e-09"},
+      {"Hessian Mode = Approximate", "hessian_approximation = limited-memory"},
+      {"Verify Derivatives = Yes", "derivative_test = second-order"},
+      {"Time Limit = 500", "max_cpu_time = 500"},
+      {"Check Derivatives NaN = Yes", "check_derivatives_for_naninf = yes"},
+      {"NLP Scaling Method = None", "nlp_scaling_method = none"},
+      {"Task = Maximize", "obj_scaling_factor = -1"},
+      {"MA97 Scaling = MC64", "ma97_scaling = mc64"},
+      {"MA97 Pivot Threshold = 0.25", "ma97_u = 0.25"},
+      {"Bound Relax Factor = 1e-7", "bound_relax_factor = 1e-07"},
+      {"Quasi Newton Max History = 9", "limited_memory_max_history = 9"},
+      {"Matrix Ordering = Metis", "ma97_order = metis"},
+      {"", "hessian_constant = no"},
+      {"", "jac_c_constant = no"},
+  };
+  for (const auto& [option, ipopt] : set)
+    if (!option.empty()) nlp.option(option);
+  Data d(&p);
+  nlp.solve(d);
+  x04adc(unit, &e);
+  std::ifstream in(file);
+  std::stringstream all;
+  all << in.rdbuf();
+  std::string text = all.str(), listed;
+  std::istringstream lines(text.substr(text.find("List of options:")));
+  for (std::string line; std::getline(lines, line);) {
+    std::istringstream words(line);
+    std::string name, eq, value;
+    if (words >> name >> eq >> value && eq == "=") listed += name + " = " + value + "\n";
+  }
+  for (const auto& [option, ipopt] : set)
+    EXPECT_NE(listed.find(ipopt + "\n"), std::string::npos) << ipopt << "\n" << listed;
+  std::remove(file.c_str());
+}
+
+// A problem without nonlinear parts: a quadratic objective and linear
+// constraints, the Hessian and Jacobians constant for Ipopt.  HS021:
+// min 0.01 x1^2 + x2^2 - 100, 10 x1 - x2 >= 10, 2 <= x1 <= 50, -50 <= x2 <= 50.
+TEST(E04st, QuadraticObjectiveAndLinearConstraints) {
+  void* h = nullptr;
+  ZebError e;
+  ZEB_INIT_FAIL(e);
+  e.print = 1;
+  const Integer irowh[] = {1, 2}, icolh[] = {1, 2}, irowb[] = {1, 1}, icolb[] = {1, 2};
+  const double hv[] = {0.02, 2.0}, bl[] = {2, -50}, bu[] = {50, 50}, b[] = {10, -1};
+  const double cl[] = {10}, cu[] = {1e20};
+  Integer idlc = 0;
+  e04rac(&h, 2, &e);
+  e04rfc(h, 0, nullptr, nullptr, 2, irowh, icolh, hv, &e);
+  e04rhc(h, 2, bl, bu, &e);
+  e04rjc(h, 1, cl, cu, 2, irowb, icolb, b, &idlc, &e);
+  e04zmc(h, "Print Level = 0", &e);
+  R x{-1, -1}, u(6), rinfo(100), stats(100);
+  e04stc(h, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, 2, x.data(), 6, u.data(),
+         rinfo.data(), stats.data(), nullptr, &e);
+  EXPECT_EQ(e.code, NE_NOERROR);
+  EXPECT_NEAR(rinfo[0] - 100.0, -99.96, 1e-8);  // the published value, with the constant
+  EXPECT_NEAR(x[0], 2.0, 1e-7);
+  EXPECT_NEAR(x[1], 0.0, 1e-7);
+  EXPECT_NEAR(u[0], 0.04, 1e-7);  // x1 = 2 is active: 0.02 x1
+  e04rzc(&h, &e);
+}
+
+// Three problems from Fortran (tests/progs/optim_hs.f90) against their
+// published solutions.
+TEST(E04st, FromFortran) {
+  const zebtest::Run run = zebtest::run(zebtest::prog("optim_hs"));
+  ASSERT_EQ(run.status, 0) << run.err;
+  const std::vector<std::pair<std::string, R>> published = {
+      {"HS006", {0.0, 1.0, 1.0}},
+      {"HS038", {0.0, 1.0, 1.0, 1.0, 1.0}},
+      {"HS076", {-4.681818181, 0.2727272727, 2.090909091, 0.0, 0.5454545455}},
+  };
+  std::istringstream out(run.out);
+  for (const auto& [name, want] : published) {
+    std::string got;
+    int ifail = -1;
+    out >> got >> ifail;
+    EXPECT_EQ(got, name);
+    EXPECT_EQ(ifail, 0) << name;
+    for (double w : want) {
+      double v = 0.0;
+      out >> v;
+      EXPECT_NEAR(v, w, 1e-7 * std::max(1.0, std::fabs(w))) << name;
+    }
+  }
+}
