@@ -683,13 +683,18 @@ class ZebInterfaceTNLP : public Ipopt::TNLP {
     return true;
   }
 
-  // The measures of optimality at the current iterate.
+  // The measures of optimality at the current iterate.  They may need new
+  // evaluations, which fail once the user has asked to stop: Ipopt's
+  // exception then stays here and the figures as they stand.
   void figures(Ipopt::IpoptCalculatedQuantities* cq, const Ipopt::IpoptData* data) {
-    rinfo_[1] = cq->unscaled_curr_nlp_constraint_violation(Ipopt::NORM_MAX);
-    rinfo_[2] = cq->unscaled_curr_dual_infeasibility(Ipopt::NORM_MAX);
-    rinfo_[3] = cq->unscaled_curr_complementarity(0.0, Ipopt::NORM_MAX);
-    rinfo_[4] = cq->curr_nlp_error();
-    if (data) rinfo_[5] = data->curr_mu();
+    try {
+      rinfo_[1] = cq->unscaled_curr_nlp_constraint_violation(Ipopt::NORM_MAX);
+      rinfo_[2] = cq->unscaled_curr_dual_infeasibility(Ipopt::NORM_MAX);
+      rinfo_[3] = cq->unscaled_curr_complementarity(0.0, Ipopt::NORM_MAX);
+      rinfo_[4] = cq->curr_nlp_error();
+      if (data) rinfo_[5] = data->curr_mu();
+    } catch (...) {
+    }
   }
 
   // The current iterate in the problem's own terms (unscaled, fixed
@@ -700,9 +705,12 @@ class ZebInterfaceTNLP : public Ipopt::TNLP {
     if (!nlp) return;
     Ipopt::TNLPAdapter* adapter = dynamic_cast<Ipopt::TNLPAdapter*>(Ipopt::GetRawPtr(nlp->nlp()));
     if (!adapter) return;
-    Ipopt::SmartPtr<const Ipopt::Vector> x =
-        nlp->NLP_scaling()->unapply_vector_scaling_x(data->curr()->x());
-    adapter->ResortX(*x, current_.data());
+    try {
+      Ipopt::SmartPtr<const Ipopt::Vector> x =
+          nlp->NLP_scaling()->unapply_vector_scaling_x(data->curr()->x());
+      adapter->ResortX(*x, current_.data());
+    } catch (...) {
+    }
   }
 
   void monitor_line(Ipopt::Index iter, double f, double inf_pr, double inf_du, double mu,
