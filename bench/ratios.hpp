@@ -8,6 +8,7 @@
 #include <initializer_list>
 #include <utility>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -23,8 +24,15 @@ class RatioReporter : public benchmark::ConsoleReporter {
   explicit RatioReporter(std::vector<Pair> pairs) : pairs_(std::move(pairs)) {}
   void ReportRuns(const std::vector<Run>& runs) override {
     ConsoleReporter::ReportRuns(runs);
-    for (const Run& r : runs)
-      if (r.run_type == Run::RT_Iteration) times_[r.benchmark_name()] = r.GetAdjustedRealTime();
+    // A single run's time, or with repetitions their median.
+    for (const Run& r : runs) {
+      if (r.run_type == Run::RT_Iteration && !medians_.count(r.run_name.str()))
+        times_[r.benchmark_name()] = r.GetAdjustedRealTime();
+      if (r.run_type == Run::RT_Aggregate && r.aggregate_name == "median") {
+        medians_.insert(r.run_name.str());
+        times_[r.run_name.str()] = r.GetAdjustedRealTime();
+      }
+    }
   }
   void Finalize() override {
     ConsoleReporter::Finalize();
@@ -39,6 +47,7 @@ class RatioReporter : public benchmark::ConsoleReporter {
  private:
   std::vector<Pair> pairs_;
   std::map<std::string, double> times_;
+  std::set<std::string> medians_;
 };
 
 // The pairs "ours/case" against "peer/case" for every case name.

@@ -378,10 +378,20 @@ struct HessPiece {
 
 struct Merged {
   std::vector<Ipopt::Index> row, col;
-  std::map<Cell, size_t> at;
+  std::map<Cell, size_t> at;  // made when a second source comes
   std::vector<size_t> add(const Coords& upper) {  // 1-based upper-triangle pairs
     std::vector<size_t> pos;
     pos.reserve(upper.irow.size());
+    if (row.empty()) {  // the first source: its pairs (unique) as they stand
+      for (size_t k = 0; k < upper.irow.size(); ++k) {
+        row.push_back(Ipopt::Index(upper.icol[k] - 1));
+        col.push_back(Ipopt::Index(upper.irow[k] - 1));
+        pos.push_back(k);
+      }
+      return pos;
+    }
+    if (at.empty())
+      for (size_t k = 0; k < row.size(); ++k) at.emplace(Cell{row[k], col[k]}, k);
     for (size_t k = 0; k < upper.irow.size(); ++k) {
       const Cell key{upper.icol[k] - 1, upper.irow[k] - 1};
       auto [it, fresh] = at.emplace(key, row.size());
@@ -617,9 +627,10 @@ class ZebInterfaceTNLP : public Ipopt::TNLP {
     rinfo_[5] = mu;
     rinfo_[6] = alpha_pr;
     rinfo_[7] = alpha_du;
-    if (cq && mode == Ipopt::RegularMode) figures(cq, data);
     stats_[6] = seconds(Clock::now() - start_);
     stats_[7] = user_time_;
+    if (!watching()) return true;  // the rest only for the monitors
+    if (cq && mode == Ipopt::RegularMode) figures(cq, data);
     if (mode == Ipopt::RegularMode) point(cq, data);
     monitor_line(iter, f, inf_pr, inf_du, mu, alpha_pr);
     if (!uf_.monit) return true;
@@ -631,7 +642,11 @@ class ZebInterfaceTNLP : public Ipopt::TNLP {
 
   // A new point from Ipopt: kept as the point the monitor is shown when
   // the current iterate cannot be read back (in the restoration phase).
-  void apply_new_x(Ipopt::Index n, const double* x) { current_.assign(x, x + n); }
+  void apply_new_x(Ipopt::Index n, const double* x) {
+    if (watching()) current_.assign(x, x + n);
+  }
+  // Whether a monitor (monit, or the monitoring file) watches the iterations.
+  bool watching() const { return uf_.monit || (mon_unit_ >= 0 && mon_level_ >= 1); }
 
   void set_monitoring(int64_t unit, int64_t level) {
     mon_unit_ = unit;
