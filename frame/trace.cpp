@@ -134,7 +134,7 @@ void block(ZebEnData* en, const char* name, int mode, const Arg* args, int nargs
       case Kind::EnData: y90alft_(en); break;
       case Kind::Ptr:
         named(en, a.name, nl, "pointer");
-        address(en, *static_cast<void* const*>(a.p));
+        address(en, a.p ? *static_cast<void* const*>(a.p) : nullptr);  // absent: null
         break;
     }
   }

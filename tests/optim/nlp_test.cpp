@@ -501,3 +501,23 @@ TEST(E04st, FromFortran) {
     }
   }
 }
+
+// With the argument trace on, every user function's call is traced through
+// its shims, the absent user arrays of the C entry included.
+TEST(E04st, UnderTheArgumentTrace) {
+  const hs::Problem& p = problem("HS071");
+  Nlp nlp(p);
+  Data d(&p);
+  Result r;
+  const Integer set = 1;
+  Integer on = 1, off = 0;
+  const std::string out = zebtest::capture_stdout([&] {
+    y90gczn_(&set, &on);
+    r = nlp.solve(d, true);
+    y90gczn_(&set, &off);
+  });
+  EXPECT_EQ(r.fail.code, NE_NOERROR) << r.fail.message;
+  for (const char* role : {"objfun", "objgrd", "confun", "congrd", "hess", "monit"})
+    EXPECT_NE(out.find(std::string("e04stfv:") + role + "\nCalled back"), std::string::npos)
+        << role;
+}
