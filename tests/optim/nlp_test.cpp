@@ -393,17 +393,45 @@ TEST(E04st, TheHandleDuringAndAfterASolve) {
   EXPECT_LE(rel(again.rinfo[0], p.fstar), 1e-8);
 }
 
-// Every mapped option set away from its default, read back from Ipopt's own
-// list of the options (its output at the highest print level).
+// Ipopt's own list of its options ("name = value" lines) from its output at
+// the highest print level, on a file for the handle's "Print File".
+class IpoptList {
+ public:
+  IpoptList() {
+    ZebError e;
+    ZEB_INIT_FAIL(e);
+    x04acc(file_.c_str(), 1, &unit, &e);
+  }
+  std::string options() {
+    ZebError e;
+    ZEB_INIT_FAIL(e);
+    x04adc(unit, &e);
+    std::ifstream in(file_);
+    std::stringstream all;
+    all << in.rdbuf();
+    const std::string text = all.str();
+    std::istringstream lines(text.substr(std::min(text.size(), text.find("List of options:"))));
+    std::string listed;
+    for (std::string line; std::getline(lines, line);) {
+      std::istringstream words(line);
+      std::string name, eq, value;
+      if (words >> name >> eq >> value && eq == "=") listed += name + " = " + value + "\n";
+    }
+    std::remove(file_.c_str());
+    return listed;
+  }
+  Integer unit = -1;
+
+ private:
+  std::string file_ = testing::TempDir() + "e04st_options.txt";
+};
+
+// Every mapped option set away from its default, as Ipopt lists it.
 TEST(E04st, MappedOptionsReachIpopt) {
   const hs::Problem& p = problem("HS071");
-  const std::string file = testing::TempDir() + "e04st_options.txt";
   Nlp nlp(p);
-  Integer unit = -1;
-  ZebError e;
-  ZEB_INIT_FAIL(e);
-  x04acc(file.c_str(), 1, &unit, &e);
-  const std::string u = std::to_string(unit);
+  IpoptList list;
+  const std::string u = std::to_string(list.unit);
   const std::pair<std::string, std::string> set[] = {
       {"Outer Iteration Limit = 77", "max_iter = 77"},
       {"Infinite Bound Size = 1e15", "nlp_upper_bound_inf = 1e+15"},
@@ -428,25 +456,15 @@ TEST(E04st, MappedOptionsReachIpopt) {
       {"Matrix Ordering = Metis", "ma97_order = metis"},
       {"", "hessian_constant = no"},
       {"", "jac_c_constant = no"},
+      {"", "jac_d_constant = no"},
   };
   for (const auto& [option, ipopt] : set)
     if (!option.empty()) nlp.option(option);
   Data d(&p);
   nlp.solve(d);
-  x04adc(unit, &e);
-  std::ifstream in(file);
-  std::stringstream all;
-  all << in.rdbuf();
-  std::string text = all.str(), listed;
-  std::istringstream lines(text.substr(text.find("List of options:")));
-  for (std::string line; std::getline(lines, line);) {
-    std::istringstream words(line);
-    std::string name, eq, value;
-    if (words >> name >> eq >> value && eq == "=") listed += name + " = " + value + "\n";
-  }
+  const std::string listed = list.options();
   for (const auto& [option, ipopt] : set)
     EXPECT_NE(listed.find(ipopt + "\n"), std::string::npos) << ipopt << "\n" << listed;
-  std::remove(file.c_str());
 }
 
 // A problem without nonlinear parts: a quadratic objective and linear
@@ -465,10 +483,15 @@ TEST(E04st, QuadraticObjectiveAndLinearConstraints) {
   e04rfc(h, 0, nullptr, nullptr, 2, irowh, icolh, hv, &e);
   e04rhc(h, 2, bl, bu, &e);
   e04rjc(h, 1, cl, cu, 2, irowb, icolb, b, &idlc, &e);
-  e04zmc(h, "Print Level = 0", &e);
+  IpoptList list;
+  e04zmc(h, "Print Level = 5", &e);
+  e04zmc(h, ("Print File = " + std::to_string(list.unit)).c_str(), &e);
   R x{-1, -1}, u(6), rinfo(100), stats(100);
   e04stc(h, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, 2, x.data(), 6, u.data(),
          rinfo.data(), stats.data(), nullptr, &e);
+  const std::string listed = list.options();
+  for (const char* constant : {"hessian_constant", "jac_c_constant", "jac_d_constant"})
+    EXPECT_NE(listed.find(std::string(constant) + " = yes\n"), std::string::npos) << listed;
   EXPECT_EQ(e.code, NE_NOERROR);
   EXPECT_NEAR(rinfo[0] - 100.0, -99.96, 1e-8);  // the published value, with the constant
   EXPECT_NEAR(x[0], 2.0, 1e-7);
