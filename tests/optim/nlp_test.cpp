@@ -14,6 +14,8 @@
 #include <utility>
 #include <vector>
 
+#include "IpIpoptApplication.hpp"
+#include "IpRegOptions.hpp"
 #include "common/testing.hpp"
 #include "optim/hs_set.hpp"
 #include "zeb.h"
@@ -412,10 +414,14 @@ class IpoptList {
     const std::string text = all.str();
     std::istringstream lines(text.substr(std::min(text.size(), text.find("List of options:"))));
     std::string listed;
-    for (std::string line; std::getline(lines, line);) {
+    for (std::string line; std::getline(lines, line);) {  // to the end of the list
       std::istringstream words(line);
       std::string name, eq, value;
-      if (words >> name >> eq >> value && eq == "=") listed += name + " = " + value + "\n";
+      if (words >> name >> eq >> value && eq == "=") {
+        listed += name + " = " + value + "\n";
+      } else if (!listed.empty()) {
+        break;
+      }
     }
     std::remove(file_.c_str());
     return listed;
@@ -543,4 +549,33 @@ TEST(E04st, UnderTheArgumentTrace) {
   for (const char* role : {"objfun", "objgrd", "confun", "congrd", "hess", "monit"})
     EXPECT_NE(out.find(std::string("e04stfv:") + role + "\nCalled back"), std::string::npos)
         << role;
+}
+
+// The handle's defaults of the mapped options are Ipopt's own defaults.
+TEST(E04st, DefaultsAreIpoptsOwn) {
+  const hs::Problem& p = problem("HS071");
+  Nlp nlp(p);
+  IpoptList list;
+  nlp.option("Print Level = 5");
+  nlp.option("Print File = " + std::to_string(list.unit));
+  Data d(&p);
+  nlp.solve(d);
+  std::istringstream listed(list.options());
+  Ipopt::SmartPtr<Ipopt::IpoptApplication> app = IpoptApplicationFactory();
+  int compared = 0;
+  for (std::string name, eq, value; listed >> name >> eq >> value;) {
+    // The adapter's own options, the banner and the settings derived from the problem.
+    if (name.rfind("zeb_", 0) == 0 || name == "sb" || name.find("_constant") != std::string::npos)
+      continue;
+    SCOPED_TRACE(name);
+    Ipopt::SmartPtr<const Ipopt::RegisteredOption> o = app->RegOptions()->GetOption(name);
+    ASSERT_TRUE(Ipopt::IsValid(o));
+    switch (o->Type()) {
+      case Ipopt::OT_Number: EXPECT_DOUBLE_EQ(std::stod(value), o->DefaultNumber()); break;
+      case Ipopt::OT_Integer: EXPECT_EQ(std::stol(value), o->DefaultInteger()); break;
+      default: EXPECT_EQ(value, o->DefaultString());
+    }
+    ++compared;
+  }
+  EXPECT_EQ(compared, 17);
 }
