@@ -5,7 +5,7 @@ set -euo pipefail
 pkgs=(
   build-essential cmake pkg-config gfortran
   libopenblas64-dev liblapack64-dev
-  coinor-libipopt-dev libmetis-dev
+  coinor-libipopt-dev libmetis-dev libsuitesparse-dev
   libgtest-dev libbenchmark-dev libgsl-dev
   python3 python3-mpmath
   clang libclang-rt-dev
