@@ -429,7 +429,9 @@ class IpoptList {
   Integer unit = -1;
 
  private:
-  std::string file_ = testing::TempDir() + "e04st_options.txt";
+  // One file per test: ctest runs the tests as parallel processes.
+  std::string file_ = testing::TempDir() + "e04st_options_" +
+                      testing::UnitTest::GetInstance()->current_test_info()->name() + ".txt";
 };
 
 // Every mapped option set away from its default, as Ipopt lists it.
