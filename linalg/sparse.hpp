@@ -52,4 +52,37 @@ Symbolic analyse(const Pattern& a, std::vector<int64_t> perm, int64_t nemin);
 // order() and analyse() together, Best trying both orderings.
 Symbolic analyse(const Pattern& a, Ordering how, int64_t nemin);
 
+// The numeric factorisation P A P' = L D L' of a matrix with the analysed
+// pattern (values aligned with Pattern::rowind), with threshold pivoting:
+// inside each front a fully summed column is a 1x1 pivot when its diagonal
+// is at least u times its largest other entry, or forms a 2x2 pivot with
+// another fully summed column when the 2x2 block passes the same test; the
+// columns that find no pivot are delayed to the parent front.  At a root
+// the remaining columns are eliminated as they stand (zero pivots count
+// as zero eigenvalues).
+struct Front {
+  std::vector<int64_t> rows;  // permuted indices: the npiv pivots in order, then the rest
+  int64_t npiv = 0;
+  std::vector<double> l;      // rows.size() x npiv, column by column (unit lower part)
+};
+struct Numeric {
+  std::vector<Front> fronts;
+  std::vector<double> d;      // per pivot in elimination order: the diagonal of D
+  std::vector<double> dsub;   // the subdiagonal of a 2x2 block (0 for 1x1 pivots)
+  std::vector<char> two;      // 1 at the first pivot of a 2x2 block
+  int64_t num_pos = 0, num_neg = 0, num_zero = 0;  // the inertia of A
+  int64_t num_delay = 0;      // columns passed to a parent front
+  int64_t num_two = 0;        // 2x2 pivots
+};
+Numeric factor(const Pattern& a, const std::vector<double>& values, const Symbolic& s, double u);
+
+// Solves A x = b (b overwritten by x) with the factors.
+void solve(const Symbolic& s, const Numeric& f, std::vector<double>& b);
+
+// The same with iterative refinement: at most `steps` corrections, until
+// the normwise backward error |b - A x| / (|A| |x| + |b|) (infinity norms)
+// stops halving or reaches roundoff.  Returns that backward error.
+double solve_refined(const Pattern& a, const std::vector<double>& values, const Symbolic& s,
+                     const Numeric& f, std::vector<double>& b, int steps);
+
 }  // namespace zeb::sparse
