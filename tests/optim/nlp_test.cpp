@@ -509,7 +509,7 @@ TEST(E04st, QuadraticObjectiveAndLinearConstraints) {
 }
 
 // Three problems from Fortran (tests/progs/optim_hs.f90) against their
-// published solutions.
+// published solutions, and a user stop through p01stf.
 TEST(E04st, FromFortran) {
   const zebtest::Run run = zebtest::run(zebtest::prog("optim_hs"));
   ASSERT_EQ(run.status, 0) << run.err;
@@ -520,6 +520,13 @@ TEST(E04st, FromFortran) {
   };
   std::istringstream out(run.out);
   for (const auto& [name, want] : published) {
+    if (name == "HS038") {  // HS006 again, stopped through p01stf: ifail -1 at iteration 2
+      std::string stopped;
+      int ifail = 0, iterations = 0;
+      out >> stopped >> ifail >> iterations;
+      EXPECT_EQ(stopped + " " + std::to_string(ifail) + " " + std::to_string(iterations),
+                "STOPPED -1 2");
+    }
     std::string got;
     int ifail = -1;
     out >> got >> ifail;

@@ -1,6 +1,7 @@
 ! Three Hock-Schittkowski problems through e04stf from Fortran, printing
 ! "name ifail objective x...":
-!   HS006  a sparse gradient (x1 only), one equation, the Lagrangian's Hessian
+!   HS006  a sparse gradient (x1 only), one equation, the Lagrangian's Hessian;
+!          then again, stopped at the second iteration by its monitor (p01stf)
 !   HS038  bounds only, the objective's own Hessian (idf = 0)
 !   HS076  quadratic objective and linear constraints (no user function is
 !          called; those passed are never used)
@@ -95,6 +96,16 @@ contains
     type(c_ptr), intent(in) :: cpuser
     iuser(1) = iuser(1) + 1
   end subroutine mon
+  ! A monitor that asks the solver to stop at the second iteration.
+  subroutine stopper(nvar, x, inform, rinfo, stats, iuser, ruser, cpuser)
+    use zeb, only: p01stf
+    integer(kind=8), intent(in) :: nvar
+    real(kind=8), intent(in) :: x(nvar), rinfo(100), stats(100)
+    integer(kind=8), intent(inout) :: inform, iuser(*)
+    real(kind=8), intent(inout) :: ruser(*)
+    type(c_ptr), intent(in) :: cpuser
+    if (stats(1) >= 2) call p01stf(-3_8)
+  end subroutine stopper
 end module optim_hs_functions
 
 program optim_hs
@@ -120,6 +131,13 @@ program optim_hs
   call e04stf(h, f006, g006, c006, j006, h006, mon, 2_8, x2, 6_8, u, rinfo, stats, iuser, &
               ruser, c_null_ptr, ifail)
   call report('HS006', x2)
+  ! Again from the start, stopped by the monitor through p01stf.
+  x2 = [-1.2d0, 1d0]
+  ifail = 1
+  call e04stf(h, f006, g006, c006, j006, h006, stopper, 2_8, x2, 6_8, u, rinfo, stats, iuser, &
+              ruser, c_null_ptr, ifail)
+  write (*, '(a, 1x, i0, 1x, i0)') 'STOPPED', ifail, int(stats(1))
+  ifail = 0
   call e04rzf(h, ifail)
 
   ! HS038
