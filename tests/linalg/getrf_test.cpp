@@ -324,9 +324,14 @@ TEST(Blas, CoreTypeChoiceIsVisibleAndOverridable) {
   EXPECT_NE(user.out.find("info 0 a 2 ipiv 2"), std::string::npos) << user.out;
   const auto own = child("env -u OPENBLAS_CORETYPE");
   __builtin_cpu_init();
+  // A sanitized test program links the reference LAPACK, whose BLAS
+  // (OpenBLAS, through Debian's alternatives) then starts with the process,
+  // before the library could choose its core.
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
   if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512vl")) {
     EXPECT_NE(own.out.find("core SkylakeX; OPENBLAS_CORETYPE set to SkylakeX by ZEB"),
               std::string::npos)
         << own.out;
   }
+#endif
 }
