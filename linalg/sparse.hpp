@@ -85,4 +85,10 @@ void solve(const Symbolic& s, const Numeric& f, std::vector<double>& b);
 double solve_refined(const Pattern& a, const std::vector<double>& values, const Symbolic& s,
                      const Numeric& f, std::vector<double>& b, int steps);
 
+// Gives Ipopt this solver as its MA97 (linear_solver = ma97): the
+// orderings, nemin and the threshold u of Ipopt's ma97 options reach the
+// analysis and the factorisation; scalings are not applied (a scaling
+// asked for is returned as ones).  Once per process, before Ipopt starts.
+void register_with_ipopt();
+
 }  // namespace zeb::sparse

@@ -1,0 +1,206 @@
+// The sparse symmetric solver behind the seven entry points of the MA97 C
+// interface, as Ipopt's solver loader takes them (LSL_setMA97): the
+// structures have the public interface's layout, the functions names of
+// their own, and nothing here is exported.
+#include <algorithm>
+#include <cstddef>
+#include <new>
+
+#include "HSLLoader.h"
+#include "linalg/sparse.hpp"
+
+struct ma97_control {
+  int f_arrays;      // 1: ptr and row are 1-based
+  int action;        // nonzero: carry on after a singular matrix
+  int nemin;         // amalgamation: fronts of fewer columns merge
+  double multiplier;
+  int ordering;      // 0 given, 1 AMD, 3 METIS, 5 automatic
+  int print_level;
+  int scaling;
+  double small;
+  double u;          // the pivoting threshold
+  int unit_diagnostics, unit_error, unit_warning;
+  long factor_min;
+  int solve_blas3;
+  long solve_min;
+  int solve_mf;
+  double consist_tol;
+  int ispare[5];
+  double rspare[10];
+};
+struct ma97_info {
+  int flag, flag68, flag77, matrix_dup, matrix_rank, matrix_outrange, matrix_missing_diag,
+      maxdepth, maxfront, num_delay;
+  long num_factor, num_flops;
+  int num_neg, num_sup, num_two, ordering, stat;
+  int ispare[5];
+  double rspare[10];
+};
+static_assert(sizeof(ma97_control) == 216 && offsetof(ma97_control, multiplier) == 16 &&
+                  offsetof(ma97_control, small) == 40 && offsetof(ma97_control, u) == 48 &&
+                  offsetof(ma97_control, factor_min) == 72 &&
+                  offsetof(ma97_control, consist_tol) == 104 &&
+                  offsetof(ma97_control, rspare) == 136,
+              "ma97_control must have the interface's layout");
+static_assert(sizeof(ma97_info) == 176 && offsetof(ma97_info, num_factor) == 40 &&
+                  offsetof(ma97_info, num_neg) == 56 && offsetof(ma97_info, stat) == 72 &&
+                  offsetof(ma97_info, rspare) == 96,
+              "ma97_info must have the interface's layout");
+
+namespace zeb::sparse {
+namespace {
+
+constexpr int kSingular = 7;      // a warning (with action), an error (-7) without
+constexpr int kAllocation = -50;  // memory could not be had
+
+struct Analysis {
+  Pattern a;
+  Symbolic s;
+};
+struct Factors {
+  std::vector<double> values;
+  Numeric f;
+};
+
+Pattern pattern(int n, const int ptr[], const int row[], int base) {
+  Pattern a;
+  a.n = n;
+  a.colptr.assign(ptr, ptr + n + 1);
+  for (int64_t& p : a.colptr) p -= base;
+  for (int64_t p = 0; p < a.colptr.back(); ++p) a.rowind.push_back(row[p] - base);
+  return a;
+}
+
+Ordering ordering(int code, int64_t n) {
+  switch (code) {
+    case 1: return Ordering::Amd;
+    case 3: return Ordering::Metis;
+    case 0: return Ordering::Natural;
+    default: return n >= kAutoMetisSize ? Ordering::Metis : Ordering::Amd;
+  }
+}
+
+void clear(ma97_info* info) { *info = ma97_info{}; }
+
+void default_control(ma97_control* c) {
+  *c = ma97_control{};
+  c->nemin = 8;
+  c->multiplier = 1.1;
+  c->ordering = 5;
+  c->print_level = -1;
+  c->small = 1e-20;
+  c->u = 0.01;
+  c->unit_diagnostics = c->unit_error = c->unit_warning = -1;
+  c->factor_min = 20000000;
+  c->solve_min = 100000;
+  c->consist_tol = 2.220446049250313e-16;
+}
+
+void analyse(int, int n, const int ptr[], const int row[], double[], void** akeep,
+             const ma97_control* c, ma97_info* info, int order[]) {
+  clear(info);
+  try {
+    auto* k = new Analysis{pattern(n, ptr, row, c->f_arrays ? 1 : 0), {}};
+    std::vector<int64_t> perm;
+    if (c->ordering == 0 && order) {  // the caller's order(i): the position of variable i
+      perm.assign(size_t(n), 0);
+      for (int i = 0; i < n; ++i) perm[size_t(order[i] - (c->f_arrays ? 1 : 0))] = i;
+      k->s = zeb::sparse::analyse(k->a, perm, std::max(c->nemin, 1));
+    } else {
+      k->s = zeb::sparse::analyse(k->a, ordering(c->ordering, n), std::max(c->nemin, 1));
+    }
+    *akeep = k;
+    info->num_factor = long(k->s.factor_size);
+    info->num_flops = long(k->s.flops);
+    info->num_sup = int(k->s.snode.size() - 1);
+    info->ordering = c->ordering == 5 ? (n >= kAutoMetisSize ? 3 : 1) : c->ordering;
+    info->matrix_rank = n;
+    for (int64_t r : k->s.front_rows) info->maxfront = std::max(info->maxfront, int(r));
+  } catch (const std::bad_alloc&) {
+    info->flag = kAllocation;
+  }
+}
+
+void factor(int, const int ptr[], const int[], const double val[], void** akeep, void** fkeep,
+            const ma97_control* c, ma97_info* info, double scale[]) {
+  clear(info);
+  const Analysis& k = *static_cast<Analysis*>(*akeep);
+  try {
+    auto* f = static_cast<Factors*>(*fkeep);
+    if (!f) *fkeep = f = new Factors;
+    f->values.assign(val, val + (ptr[k.a.n] - (c->f_arrays ? 1 : 0)));
+    f->f = zeb::sparse::factor(k.a, f->values, k.s, c->u);
+    info->num_delay = int(f->f.num_delay);
+    info->num_neg = int(f->f.num_neg);
+    info->num_two = int(f->f.num_two);
+    info->num_factor = long(k.s.factor_size);
+    info->num_flops = long(k.s.flops);
+    info->matrix_rank = int(k.a.n - f->f.num_zero);
+    if (f->f.num_zero > 0) info->flag = c->action ? kSingular : -kSingular;
+    if (scale && c->scaling != 0) std::fill(scale, scale + k.a.n, 1.0);  // not scaled
+  } catch (const std::bad_alloc&) {
+    info->flag = kAllocation;
+  }
+}
+
+void solve(int, int nrhs, double* x, int ldx, void** akeep, void** fkeep, const ma97_control*,
+           ma97_info* info) {
+  clear(info);
+  const Analysis& k = *static_cast<Analysis*>(*akeep);
+  const Factors& f = *static_cast<Factors*>(*fkeep);
+  try {
+    std::vector<double> b(size_t(k.a.n));
+    for (int r = 0; r < nrhs; ++r) {
+      double* col = x + ptrdiff_t(r) * ldx;
+      b.assign(col, col + k.a.n);
+      zeb::sparse::solve(k.s, f.f, b);
+      std::copy(b.begin(), b.end(), col);
+    }
+    info->num_neg = int(f.f.num_neg);
+  } catch (const std::bad_alloc&) {
+    info->flag = kAllocation;
+  }
+}
+
+void factor_solve(int type, const int ptr[], const int row[], const double val[], int nrhs,
+                  double x[], int ldx, void** akeep, void** fkeep, const ma97_control* c,
+                  ma97_info* info, double scale[]) {
+  factor(type, ptr, row, val, akeep, fkeep, c, info, scale);
+  if (info->flag < 0) return;
+  const ma97_info after = *info;
+  solve(0, nrhs, x, ldx, akeep, fkeep, c, info);
+  if (info->flag >= 0) *info = after;
+}
+
+void free_akeep(void** akeep) {
+  delete static_cast<Analysis*>(*akeep);
+  *akeep = nullptr;
+}
+
+void finalise(void** akeep, void** fkeep) {
+  free_akeep(akeep);
+  delete static_cast<Factors*>(*fkeep);
+  *fkeep = nullptr;
+}
+
+// The loader's signatures take const scalars and a const scale array.
+void factor_entry(const int type, const int ptr[], const int row[], const double val[],
+                  void** akeep, void** fkeep, const ma97_control* c, ma97_info* info,
+                  const double scale[]) {
+  factor(type, ptr, row, val, akeep, fkeep, c, info, const_cast<double*>(scale));
+}
+void factor_solve_entry(const int type, const int ptr[], const int row[], const double val[],
+                        const int nrhs, double x[], const int ldx, void** akeep, void** fkeep,
+                        const ma97_control* c, ma97_info* info, const double scale[]) {
+  factor_solve(type, ptr, row, val, nrhs, x, ldx, akeep, fkeep, c, info,
+               const_cast<double*>(scale));
+}
+
+}  // namespace
+
+void register_with_ipopt() {
+  LSL_setMA97(default_control, analyse, factor_entry, factor_solve_entry, solve, finalise,
+              free_akeep);
+}
+
+}  // namespace zeb::sparse
