@@ -59,7 +59,7 @@ Symbolic analyse(const Pattern& a, Ordering how, int64_t nemin);
 // another fully summed column when the 2x2 block passes the same test; the
 // columns that find no pivot are delayed to the parent front.  At a root
 // the remaining columns are eliminated as they stand (zero pivots count
-// as zero eigenvalues).
+// as zero eigenvalues, as do 1x1 pivots below `small` in magnitude).
 struct Front {
   std::vector<int64_t> rows;  // permuted indices: the npiv pivots in order, then the rest
   int64_t npiv = 0;
@@ -74,7 +74,8 @@ struct Numeric {
   int64_t num_delay = 0;      // columns passed to a parent front
   int64_t num_two = 0;        // 2x2 pivots
 };
-Numeric factor(const Pattern& a, const std::vector<double>& values, const Symbolic& s, double u);
+Numeric factor(const Pattern& a, const std::vector<double>& values, const Symbolic& s, double u,
+               double small = 0.0);
 
 // Solves A x = b (b overwritten by x) with the factors.
 void solve(const Symbolic& s, const Numeric& f, std::vector<double>& b);
@@ -86,8 +87,8 @@ double solve_refined(const Pattern& a, const std::vector<double>& values, const 
                      const Numeric& f, std::vector<double>& b, int steps);
 
 // Gives Ipopt this solver as its MA97 (linear_solver = ma97): the
-// orderings, nemin and the threshold u of Ipopt's ma97 options reach the
-// analysis and the factorisation; scalings are not applied (a scaling
+// orderings, nemin, the threshold u and small of Ipopt's ma97 options reach
+// the analysis and the factorisation; scalings are not applied (a scaling
 // asked for is returned as ones).  Once per process, before Ipopt starts.
 void register_with_ipopt();
 

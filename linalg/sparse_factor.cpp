@@ -59,8 +59,8 @@ void count(Numeric& f, double d, double e, double c, bool two) {
 
 }  // namespace
 
-Numeric factor(const Pattern& a, const std::vector<double>& values, const Symbolic& s,
-               double u) {
+Numeric factor(const Pattern& a, const std::vector<double>& values, const Symbolic& s, double u,
+               double small) {
   const int64_t n = a.n;
   if (int64_t(values.size()) != int64_t(a.rowind.size()))
     throw std::invalid_argument("values do not match the pattern");
@@ -177,7 +177,7 @@ Numeric factor(const Pattern& a, const std::vector<double>& values, const Symbol
         width = 1;
       }
       if (width == 1) {
-        const double d = F.at(k, k);
+        const double d = std::fabs(F.at(k, k)) < small ? 0.0 : F.at(k, k);
         out.d.push_back(d), out.dsub.push_back(0.0), out.two.push_back(0);
         count(out, d, 0, 0, false);
         const double inv = d != 0.0 ? 1.0 / d : 0.0;

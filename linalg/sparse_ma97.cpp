@@ -129,7 +129,7 @@ void factor(int, const int ptr[], const int[], const double val[], void** akeep,
     auto* f = static_cast<Factors*>(*fkeep);
     if (!f) *fkeep = f = new Factors;
     f->values.assign(val, val + (ptr[k.a.n] - (c->f_arrays ? 1 : 0)));
-    f->f = zeb::sparse::factor(k.a, f->values, k.s, c->u);
+    f->f = zeb::sparse::factor(k.a, f->values, k.s, c->u, c->small);
     info->num_delay = int(f->f.num_delay);
     info->num_neg = int(f->f.num_neg);
     info->num_two = int(f->f.num_two);

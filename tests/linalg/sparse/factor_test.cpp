@@ -149,4 +149,9 @@ TEST(SparseFactor, TwoByTwoPivotsDelaysAndSingularity) {
   EXPECT_EQ(f2.num_zero, 1);
   EXPECT_EQ(f2.num_pos, 1);
   EXPECT_EQ(f2.num_neg, 1);
+  // Rows equal but for 1e-15: zero only for a pivot threshold `small` above it.
+  e[{1, 1}] = 1.0 + 1e-15;
+  const Matrix nearly(3, e);
+  EXPECT_EQ(zeb::sparse::factor(nearly.a, nearly.v, s2, 0.01).num_zero, 0);
+  EXPECT_EQ(zeb::sparse::factor(nearly.a, nearly.v, s2, 0.01, 1e-14).num_zero, 1);
 }
