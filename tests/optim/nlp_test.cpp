@@ -18,6 +18,7 @@
 #include "IpRegOptions.hpp"
 #include "common/testing.hpp"
 #include "optim/hs_set.hpp"
+#include "optim/problem.hpp"
 #include "zeb.h"
 
 namespace {
@@ -343,6 +344,16 @@ TEST(E04st, ChecksBeforeTheRun) {
   e04stc(h, objfun, objgrd, nullptr, nullptr, hess, nullptr, 1, x.data(), 2, r.data(), r.data(),
          r.data(), nullptr, &fail);
   EXPECT_EQ(fail.errnum, 6);  // the Hessian structure is checked before nnzu
+  // Another solver of the suite has used the handle (no public routine of
+  // the library does so yet: its record is marked directly).
+  int64_t reason = 0;
+  zeb::opt::record(h, &reason)->solver = 99;
+  e04stc(h, objfun, objgrd, nullptr, nullptr, hess, nullptr, 1, x.data(), 0, nullptr, r.data(),
+         r.data(), nullptr, &fail);
+  EXPECT_STREQ(fail.message,
+               "NE_ALREADY_DEFINED:\n  A different solver from the suite has already been used. "
+               "Initialize a new\n  handle using zeb_opt_handle_init (e04rac).");
+  zeb::opt::record(h, &reason)->solver = 0;
   e04zmc(h, "Hessian Mode = Approximate", &fail);
   e04stc(h, objfun, objgrd, nullptr, nullptr, nullptr, nullptr, 1, x.data(), 2, r.data(),
          r.data(), r.data(), nullptr, &fail);
