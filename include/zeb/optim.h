@@ -308,9 +308,10 @@ typedef void (*Zeb_E04stMonit)(Integer nvar, const double x[], Integer *inform,
      gradient evaluations, [3] constraint evaluations, [4] constraint
      Jacobian evaluations, [5] Hessian evaluations, [6] wall-clock seconds
      of the solve, [7] seconds spent in the user functions; the rest 0.
-   Every exit of the solver itself (iteration or time limit, infeasible or
-   diverging problem, user stop ...) returns x, u, rinfo and stats for the
-   last point reached; an argument or setup failure changes none of them.
+   Every exit of the solver once it has iterated (iteration or time limit,
+   infeasible or diverging problem, user stop ...) returns x, u, rinfo and
+   stats for the last point reached; argument and setup failures, an
+   invalid option and too few degrees of freedom change none of them.
    Options: "Print File" and "Print Level" (the iteration log and the
    report), "Monitoring File" and "Monitoring Level" (one record per
    iteration), "Print Options", "Print Solution", "Outer Iteration Limit",
