@@ -60,13 +60,12 @@ Symbolic analyse(const Pattern& a, Ordering how, int64_t nemin);
 // columns that find no pivot are delayed to the parent front.  At a root
 // the remaining columns are eliminated as they stand (zero pivots count
 // as zero eigenvalues, as do 1x1 pivots below `small` in magnitude).
-struct Front {
-  std::vector<int64_t> rows;  // permuted indices: the npiv pivots in order, then the rest
-  int64_t npiv = 0;
-  std::vector<double> l;      // rows.size() x npiv, column by column (unit lower part)
-};
 struct Numeric {
-  std::vector<Front> fronts;
+  // Front f: its rows (permuted indices) rows[row_start[f] .. row_start[f+1]-1],
+  // the npiv[f] pivots first in order; its block of L, rows x npiv[f] column
+  // by column (unit diagonal, zeros above), from l[l_start[f]].
+  std::vector<int64_t> rows, row_start{0}, npiv, l_start{0};
+  std::vector<double> l;
   std::vector<double> d;      // per pivot in elimination order: the diagonal of D
   std::vector<double> dsub;   // the subdiagonal of a 2x2 block (0 for 1x1 pivots)
   std::vector<char> two;      // 1 at the first pivot of a 2x2 block

@@ -178,7 +178,7 @@ Symbolic analyse(const Pattern& a, Index perm, int64_t nemin) {
   // Column counts from the row subtrees: row k of L has an entry in every
   // column on the tree paths from its entries in A up to k.
   s.colcount.assign(size_t(n), 1);
-  Index mark(size_t(n), -1), children(size_t(n), 0);
+  Index mark(size_t(n), -1);
   for (int64_t k = 0; k < n; ++k) {
     mark[size_t(k)] = k;
     for (int64_t p = ptr[size_t(k)]; p < ptr[size_t(k) + 1]; ++p)
@@ -186,17 +186,17 @@ Symbolic analyse(const Pattern& a, Index perm, int64_t nemin) {
         ++s.colcount[size_t(j)];
         mark[size_t(j)] = k;
       }
-    if (s.parent[size_t(k)] != -1) ++children[size_t(s.parent[size_t(k)])];
   }
   for (int64_t c : s.colcount) {
     s.nnz_l += c;
     s.flops += double(c) * double(c);
   }
 
-  // Fundamental supernodes: a column joins the previous one when it is
-  // its only child and its column is the previous one's less the diagonal.
+  // Supernodes: a column joins the previous one when it is that one's
+  // parent and its column is the previous one's less the diagonal (its
+  // other children become children of the front: no fill enters).
   for (int64_t j = 0; j < n; ++j) {
-    const bool joins = j > 0 && s.parent[size_t(j - 1)] == j && children[size_t(j)] == 1 &&
+    const bool joins = j > 0 && s.parent[size_t(j - 1)] == j &&
                        s.colcount[size_t(j - 1)] == s.colcount[size_t(j)] + 1;
     if (!joins) s.snode.push_back(j), s.front_rows.push_back(s.colcount[size_t(j)]);
   }

@@ -1,11 +1,14 @@
 // The numeric factorisation and the solve of the sparse symmetric solver:
 // a multifrontal L D L' with threshold 1x1/2x2 pivoting and delayed pivots.
-// Fronts are dense, both triangles kept (m x m, column by column), and
-// factorised by rank-1 and rank-2 updates.
+// A front is dense, its lower triangle kept (m x m, column by column); its
+// fully summed columns are eliminated in panels: pivots are chosen and
+// applied within the panel, then the rest of the front is updated at once
+// through the BLAS (dgemm), the contribution blocks wait on a stack.
 #include <algorithm>
 #include <cmath>
 #include <stdexcept>
 
+#include "linalg/blas.hpp"
 #include "linalg/sparse.hpp"
 
 namespace zeb::sparse {
@@ -13,29 +16,33 @@ namespace {
 
 using Index = std::vector<int64_t>;
 
-// What a front hands its parent: the rows it did not eliminate (its delayed
-// columns first) and their updated block.
-struct Contribution {
-  Index rows;
-  int64_t ndelay = 0;
-  std::vector<double> block;  // rows.size() squared
-};
+constexpr int64_t kPanel = 32;   // fully summed columns tried and eliminated together
+constexpr int64_t kBlock = 256;  // columns of the trailing update per dgemm
+constexpr double kRootFloor = 1e-30;
 
-// A dense symmetric front.
+// A dense symmetric front: entry (i, j), i >= j, at a[i + j m].
 struct Dense {
-  int64_t m;
-  std::vector<double> a;
-  double& at(int64_t i, int64_t j) { return a[size_t(i + j * m)]; }
-  void swap(int64_t p, int64_t q) {  // rows and columns p and q
+  int64_t m = 0;
+  double* a = nullptr;
+  double& at(int64_t i, int64_t j) const { return a[i + j * m]; }
+  double sym(int64_t i, int64_t j) const { return i >= j ? at(i, j) : at(j, i); }
+  // Exchanges rows and columns p and q; in the eliminated columns left of
+  // both this exchanges the rows of L.
+  void swap(int64_t p, int64_t q) const {
     if (p == q) return;
-    for (int64_t k = 0; k < m; ++k) std::swap(at(p, k), at(q, k));
-    for (int64_t k = 0; k < m; ++k) std::swap(at(k, p), at(k, q));
+    if (p > q) std::swap(p, q);
+    for (int64_t c = 0; c < p; ++c) std::swap(at(p, c), at(q, c));
+    std::swap(at(p, p), at(q, q));
+    for (int64_t c = p + 1; c < q; ++c) std::swap(at(c, p), at(q, c));
+    for (int64_t r = q + 1; r < m; ++r) std::swap(at(r, p), at(r, q));
   }
-  // The largest |entry| of column j in rows from `from`, other than row j.
-  double colmax(int64_t j, int64_t from) {
+  // The largest |entry| of column j in rows from..m-1, rows j and skip excepted.
+  double colmax(int64_t j, int64_t from, int64_t skip = -1) const {
     double c = 0.0;
-    for (int64_t r = from; r < m; ++r)
-      if (r != j) c = std::max(c, std::fabs(at(r, j)));
+    for (int64_t r = from; r < j; ++r)
+      if (r != skip) c = std::max(c, std::fabs(at(j, r)));
+    for (int64_t r = j + 1; r < m; ++r)
+      if (r != skip) c = std::max(c, std::fabs(at(r, j)));
     return c;
   }
 };
@@ -55,6 +62,129 @@ void count(Numeric& f, double d, double e, double c, bool two) {
   } else {
     (d + c > 0 ? f.num_pos : f.num_neg) += 2;
   }
+}
+
+// The pivot at column k of F among the panel's columns k..end-1 under the
+// threshold u: 1 or 2 (the pivot's columns moved to k, k+1, rows with
+// them), or 0 when no column passes.
+int choose(const Dense& F, int64_t k, int64_t end, double u, int64_t* rows) {
+  for (int64_t j = k; j < end; ++j) {
+    const double cmax = F.colmax(j, k), djj = F.at(j, j);
+    if (std::fabs(djj) >= u * cmax && (djj != 0.0 || cmax == 0.0)) {
+      F.swap(k, j), std::swap(rows[k], rows[j]);
+      return 1;
+    }
+    int64_t i = -1;  // the other column of a 2x2 pivot: j's largest in the panel
+    double best = 0.0;
+    for (int64_t r = k; r < end; ++r)
+      if (r != j && std::fabs(F.sym(r, j)) > best) best = std::fabs(F.sym(r, j)), i = r;
+    if (i < 0) continue;
+    const double d = djj, e = F.sym(i, j), c = F.at(i, i), det = d * c - e * e;
+    if (det == 0.0) continue;
+    // |inverse of the block| times the columns' other maxima within 1/u.
+    const double mj = F.colmax(j, k, i), mi = F.colmax(i, k, j);
+    if ((std::fabs(c) * mj + std::fabs(e) * mi) * u <= std::fabs(det) &&
+        (std::fabs(e) * mj + std::fabs(d) * mi) * u <= std::fabs(det)) {
+      F.swap(k, j), std::swap(rows[k], rows[j]);
+      const int64_t i2 = i == k ? j : i;  // where i went
+      F.swap(k + 1, i2), std::swap(rows[k + 1], rows[i2]);
+      return 2;
+    }
+  }
+  return 0;
+}
+
+// C(r, c) -= sum_p L(r, p) W(c, p) on the lower triangle of rows and
+// columns from..m-1 of F, for the np pivots from column p0 (W: m rows).
+void update(const Dense& F, int64_t from, int64_t p0, int64_t np, const double* W) {
+  const int64_t m = F.m, rest = m - from;
+  if (np == 0 || rest == 0) return;
+  static const bool blas = blas::load();
+  if (!blas || rest * np < 4096) {
+    for (int64_t c = from; c < m; ++c)
+      for (int64_t p = 0; p < np; ++p) {
+        const double w = W[c + p * m];
+        if (w == 0.0) continue;
+        const double* l = &F.at(0, p0 + p);
+        double* col = &F.at(0, c);
+        for (int64_t r = c; r < m; ++r) col[r] -= l[r] * w;
+      }
+    return;
+  }
+  for (int64_t c = from; c < m; c += kBlock) {
+    const int64_t w = std::min(kBlock, m - c);
+    blas::dgemm('N', 'T', m - c, w, np, -1.0, &F.at(c, p0), m, W + c, m, 1.0, &F.at(c, c), m);
+  }
+}
+
+// Eliminates what it can of the nfs fully summed columns of F (rows with
+// them); returns the number of pivots.  A root relaxes u tenfold until a
+// pivot passes and takes the next column as it stands when none does.
+int64_t eliminate(const Dense& F, int64_t nfs, bool root, double u, double small, int64_t* rows,
+                  Numeric& out, std::vector<double>& W) {
+  const int64_t m = F.m;
+  W.resize(size_t(m * kPanel));
+  // Columns tail..nfs-1 failed in an earlier panel; they are tried again
+  // when the others are done, as long as pivots have been found since the
+  // last time.
+  int64_t k = 0, tail = nfs, retried = -1;
+  for (;;) {
+    if (k == tail) {
+      if (tail == nfs || k == retried) break;
+      tail = nfs, retried = k;
+    }
+    const int64_t start = k, end = std::min(k + kPanel, tail);
+    while (k < end) {
+      int width = 0;
+      for (double uu = u; width == 0 && uu > kRootFloor; uu = root ? uu * 0.1 : 0.0)
+        width = choose(F, k, end, uu, rows);
+      if (width == 0) {
+        if (!root) break;
+        width = 1;
+      }
+      double* w0 = &W[size_t((k - start) * m)];
+      if (width == 1) {
+        const double d = std::fabs(F.at(k, k)) < small ? 0.0 : F.at(k, k);
+        out.d.push_back(d), out.dsub.push_back(0.0), out.two.push_back(0);
+        count(out, d, 0, 0, false);
+        const double inv = d != 0.0 ? 1.0 / d : 0.0;
+        for (int64_t r = k + 1; r < m; ++r) w0[r] = F.at(r, k), F.at(r, k) *= inv;
+        for (int64_t c = k + 1; c < end; ++c) {
+          const double wc = w0[c];
+          for (int64_t r = c; r < m; ++r) F.at(r, c) -= F.at(r, k) * wc;
+        }
+      } else {
+        ++out.num_two;
+        const double d = F.at(k, k), e = F.at(k + 1, k), c = F.at(k + 1, k + 1);
+        const double det = d * c - e * e;
+        out.d.push_back(d), out.dsub.push_back(e), out.two.push_back(1);
+        out.d.push_back(c), out.dsub.push_back(0.0), out.two.push_back(0);
+        count(out, d, e, c, true);
+        double* w1 = w0 + m;
+        for (int64_t r = k + 2; r < m; ++r) {  // L = F(r, k:k+1) D^-1
+          const double x = F.at(r, k), y = F.at(r, k + 1);
+          w0[r] = x, w1[r] = y;
+          F.at(r, k) = (c * x - e * y) / det, F.at(r, k + 1) = (d * y - e * x) / det;
+        }
+        F.at(k + 1, k) = 0.0;
+        for (int64_t col = k + 2; col < end; ++col) {
+          const double a0 = w0[col], a1 = w1[col];
+          for (int64_t r = col; r < m; ++r) F.at(r, col) -= F.at(r, k) * a0 + F.at(r, k + 1) * a1;
+        }
+      }
+      k += width;
+    }
+    update(F, end, start, k - start, W.data());
+    if (end < tail) {  // the panel's failures wait at the end
+      for (int64_t j = end - 1; j >= k; --j) {
+        --tail;
+        F.swap(j, tail), std::swap(rows[j], rows[tail]);
+      }
+    } else {
+      tail = k;
+    }
+  }
+  return k;
 }
 
 }  // namespace
@@ -80,143 +210,102 @@ Numeric factor(const Pattern& a, const std::vector<double>& values, const Symbol
       cval[q] = values[size_t(p)];
     }
 
+  // Fronts are in postorder: the children's contribution blocks are the
+  // top of the stack when their parent is assembled.
   const size_t nf = s.snode.size() - 1;
-  Index front_of(static_cast<size_t>(n)), fparent(nf, -1);
-  for (size_t f = 0; f < nf; ++f)
-    for (int64_t c = s.snode[f]; c < s.snode[f + 1]; ++c) front_of[size_t(c)] = int64_t(f);
-  for (size_t f = 0; f < nf; ++f) {
-    const int64_t up = s.parent[size_t(s.snode[f + 1] - 1)];
-    if (up != -1) fparent[f] = front_of[size_t(up)];
+  Index nchild(nf, 0);
+  std::vector<char> is_root(nf, 1);
+  {
+    Index front_of(static_cast<size_t>(n));
+    for (size_t f = 0; f < nf; ++f)
+      for (int64_t c = s.snode[f]; c < s.snode[f + 1]; ++c) front_of[size_t(c)] = int64_t(f);
+    for (size_t f = 0; f < nf; ++f) {
+      const int64_t up = s.parent[size_t(s.snode[f + 1] - 1)];
+      if (up != -1) ++nchild[size_t(front_of[size_t(up)])], is_root[f] = 0;
+    }
   }
-  std::vector<std::vector<size_t>> children(nf);
-  for (size_t f = 0; f < nf; ++f)
-    if (fparent[f] != -1) children[size_t(fparent[f])].push_back(f);
+  struct Block {  // a contribution block on the stack
+    size_t rows, vals;  // offsets into stack_rows and stack_vals
+    int64_t mc, ndelay;
+  };
+  std::vector<Block> stack;
+  Index stack_rows;
+  std::vector<double> stack_vals;
 
   Numeric out;
-  out.fronts.resize(nf);
-  std::vector<Contribution> pending(nf);
-  Index local(static_cast<size_t>(n), -1);
+  out.npiv.reserve(nf);
+  out.row_start.reserve(nf + 1);
+  out.l_start.reserve(nf + 1);
+  Index local(static_cast<size_t>(n), -1), rows;
+  std::vector<double> work, W;
   for (size_t f = 0; f < nf; ++f) {
+    const size_t first = stack.size() - size_t(nchild[f]);  // the children's blocks
     // The rows: fully summed (own columns, then the children's delayed
     // ones), then the rest in increasing order.
-    Index rows, rest;
+    rows.clear();
     for (int64_t c = s.snode[f]; c < s.snode[f + 1]; ++c) rows.push_back(c);
-    for (size_t ch : children[f])
-      for (int64_t k = 0; k < pending[ch].ndelay; ++k) rows.push_back(pending[ch].rows[size_t(k)]);
+    for (size_t b = first; b < stack.size(); ++b)
+      for (int64_t q = 0; q < stack[b].ndelay; ++q) rows.push_back(stack_rows[stack[b].rows + size_t(q)]);
     const int64_t nfs = int64_t(rows.size());
     for (int64_t r : rows) local[size_t(r)] = 0;
     const auto add_rest = [&](int64_t r) {
-      if (local[size_t(r)] == -1) local[size_t(r)] = 0, rest.push_back(r);
+      if (local[size_t(r)] == -1) local[size_t(r)] = 0, rows.push_back(r);
     };
     for (int64_t c = s.snode[f]; c < s.snode[f + 1]; ++c)
       for (int64_t p = cptr[size_t(c)]; p < cptr[size_t(c) + 1]; ++p) add_rest(crow[size_t(p)]);
-    for (size_t ch : children[f])
-      for (size_t k = size_t(pending[ch].ndelay); k < pending[ch].rows.size(); ++k)
-        add_rest(pending[ch].rows[k]);
-    std::sort(rest.begin(), rest.end());
-    rows.insert(rows.end(), rest.begin(), rest.end());
+    for (size_t b = first; b < stack.size(); ++b)
+      for (int64_t q = stack[b].ndelay; q < stack[b].mc; ++q) add_rest(stack_rows[stack[b].rows + size_t(q)]);
+    std::sort(rows.begin() + nfs, rows.end());
     const int64_t m = int64_t(rows.size());
-    for (int64_t k = 0; k < m; ++k) local[size_t(rows[size_t(k)])] = k;
+    for (int64_t q = 0; q < m; ++q) local[size_t(rows[size_t(q)])] = q;
 
     // Assembly: the original entries of the own columns, then the
     // children's blocks (extend-add).
-    Dense F{m, std::vector<double>(size_t(m * m), 0.0)};
+    work.assign(size_t(m * m), 0.0);
+    const Dense F{m, work.data()};
+    const auto add = [&](int64_t i, int64_t j, double v) {
+      F.at(std::max(i, j), std::min(i, j)) += v;
+    };
     for (int64_t c = s.snode[f]; c < s.snode[f + 1]; ++c)
-      for (int64_t p = cptr[size_t(c)]; p < cptr[size_t(c) + 1]; ++p) {
-        const int64_t i = local[size_t(crow[size_t(p)])], j = local[size_t(c)];
-        F.at(i, j) += cval[size_t(p)];
-        if (i != j) F.at(j, i) += cval[size_t(p)];
+      for (int64_t p = cptr[size_t(c)]; p < cptr[size_t(c) + 1]; ++p)
+        add(local[size_t(crow[size_t(p)])], local[size_t(c)], cval[size_t(p)]);
+    for (size_t b = first; b < stack.size(); ++b) {
+      const int64_t mc = stack[b].mc;
+      const int64_t* br = &stack_rows[stack[b].rows];
+      const double* bv = &stack_vals[stack[b].vals];
+      for (int64_t j = 0; j < mc; ++j) {
+        const int64_t lj = local[size_t(br[j])];
+        for (int64_t i = j; i < mc; ++i) add(local[size_t(br[i])], lj, bv[i + j * mc]);
       }
-    for (size_t ch : children[f]) {
-      Contribution& cb = pending[ch];
-      const int64_t mc = int64_t(cb.rows.size());
-      for (int64_t j = 0; j < mc; ++j)
-        for (int64_t i = 0; i < mc; ++i)
-          F.at(local[size_t(cb.rows[size_t(i)])], local[size_t(cb.rows[size_t(j)])]) +=
-              cb.block[size_t(i + j * mc)];
-      cb = Contribution{};
+    }
+    if (first < stack.size()) {
+      stack_rows.resize(stack[first].rows), stack_vals.resize(stack[first].vals);
+      stack.resize(first);
     }
 
-    // Elimination of the fully summed columns.
-    const bool root = fparent[f] == -1;
-    int64_t k = 0;
-    while (k < nfs) {
-      int64_t width = 0;
-      // A root has no parent to delay to: it relaxes the threshold until a
-      // pivot passes, and takes the next column as it stands when none does.
-      for (double uu = u; width == 0 && uu > 1e-30; uu = root ? uu * 0.1 : 0.0)
-      for (int64_t j = k; j < nfs && width == 0; ++j) {
-        const double cmax = F.colmax(j, k);
-        if (std::fabs(F.at(j, j)) >= uu * cmax && (F.at(j, j) != 0.0 || cmax == 0.0)) {
-          F.swap(k, j), std::swap(rows[size_t(k)], rows[size_t(j)]);
-          width = 1;
-          break;
-        }
-        int64_t i = -1;  // the other column of a 2x2 pivot
-        double best = 0.0;
-        for (int64_t r = k; r < nfs; ++r)
-          if (r != j && std::fabs(F.at(r, j)) > best) best = std::fabs(F.at(r, j)), i = r;
-        if (i < 0) continue;
-        const double d = F.at(j, j), e = F.at(i, j), c = F.at(i, i), det = d * c - e * e;
-        if (det == 0.0) continue;
-        // |inverse of the block| times the columns' other maxima within 1/u.
-        double mj = 0.0, mi = 0.0;
-        for (int64_t r = k; r < m; ++r)
-          if (r != j && r != i)
-            mj = std::max(mj, std::fabs(F.at(r, j))), mi = std::max(mi, std::fabs(F.at(r, i)));
-        if ((std::fabs(c) * mj + std::fabs(e) * mi) * uu <= std::fabs(det) &&
-            (std::fabs(e) * mj + std::fabs(d) * mi) * uu <= std::fabs(det)) {
-          F.swap(k, j), std::swap(rows[size_t(k)], rows[size_t(j)]);
-          const int64_t i2 = i == k ? j : i;  // where i went
-          F.swap(k + 1, i2), std::swap(rows[size_t(k + 1)], rows[size_t(i2)]);
-          width = 2;
-        }
-      }
-      if (width == 0) {
-        if (!root) break;  // delay the rest to the parent
-        width = 1;
-      }
-      if (width == 1) {
-        const double d = std::fabs(F.at(k, k)) < small ? 0.0 : F.at(k, k);
-        out.d.push_back(d), out.dsub.push_back(0.0), out.two.push_back(0);
-        count(out, d, 0, 0, false);
-        const double inv = d != 0.0 ? 1.0 / d : 0.0;
-        for (int64_t c = k + 1; c < m; ++c)
-          for (int64_t r = k + 1; r < m; ++r) F.at(r, c) -= F.at(r, k) * inv * F.at(k, c);
-        for (int64_t r = k + 1; r < m; ++r) F.at(r, k) *= inv;
-      } else {
-        ++out.num_two;
-        const double d = F.at(k, k), e = F.at(k + 1, k), c = F.at(k + 1, k + 1);
-        const double det = d * c - e * e;
-        out.d.push_back(d), out.dsub.push_back(e), out.two.push_back(1);
-        out.d.push_back(c), out.dsub.push_back(0.0), out.two.push_back(0);
-        count(out, d, e, c, true);
-        for (int64_t r = k + 2; r < m; ++r) {  // L = F(r, k:k+1) D^-1
-          const double x = F.at(r, k), y = F.at(r, k + 1);
-          const double l0 = (c * x - e * y) / det, l1 = (d * y - e * x) / det;
-          for (int64_t col = k + 2; col < m; ++col)
-            F.at(r, col) -= l0 * F.at(k, col) + l1 * F.at(k + 1, col);
-          F.at(r, k) = l0, F.at(r, k + 1) = l1;
-        }
-        F.at(k + 1, k) = 0.0;
-      }
-      k += width;
-    }
-    Front& fr = out.fronts[f];
-    fr.rows = rows;
-    fr.npiv = k;
-    fr.l.resize(size_t(m * k));
-    for (int64_t j = 0; j < k; ++j)
-      for (int64_t r = 0; r < m; ++r) fr.l[size_t(r + j * m)] = r > j ? F.at(r, j) : r == j;
+    const int64_t k = eliminate(F, nfs, is_root[f], u, small, rows.data(), out, W);
     out.num_delay += nfs - k;
-    if (!root) {
-      Contribution& cb = pending[f];
-      cb.rows.assign(rows.begin() + k, rows.end());
-      cb.ndelay = nfs - k;
+    // The front's L (rows x pivots, unit diagonal, zeros above).
+    out.npiv.push_back(k);
+    out.rows.insert(out.rows.end(), rows.begin(), rows.end());
+    out.row_start.push_back(int64_t(out.rows.size()));
+    const size_t l0 = out.l.size();
+    out.l.resize(l0 + size_t(m * k));
+    for (int64_t j = 0; j < k; ++j) {
+      double* col = &out.l[l0 + size_t(j * m)];
+      std::fill(col, col + j, 0.0);
+      col[j] = 1.0;
+      std::copy(&F.at(j + 1, j), &F.at(0, j) + m, col + j + 1);
+    }
+    out.l_start.push_back(int64_t(out.l.size()));
+    if (!is_root[f]) {  // the rest goes on the stack
       const int64_t mc = m - k;
-      cb.block.resize(size_t(mc * mc));
+      stack.push_back({stack_rows.size(), stack_vals.size(), mc, nfs - k});
+      stack_rows.insert(stack_rows.end(), rows.begin() + k, rows.end());
+      stack_vals.resize(stack_vals.size() + size_t(mc * mc));
+      double* bv = &stack_vals[stack.back().vals];
       for (int64_t j = 0; j < mc; ++j)
-        for (int64_t i = 0; i < mc; ++i) cb.block[size_t(i + j * mc)] = F.at(k + i, k + j);
+        std::copy(&F.at(k + j, k + j), &F.at(0, k + j) + m, bv + j + j * mc);
     }
     for (int64_t r : rows) local[size_t(r)] = -1;
   }
@@ -225,24 +314,38 @@ Numeric factor(const Pattern& a, const std::vector<double>& values, const Symbol
 
 void solve(const Symbolic& s, const Numeric& f, std::vector<double>& b) {
   const int64_t n = s.n;
-  std::vector<double> y(static_cast<size_t>(n));
+  const size_t nf = f.npiv.size();
+  std::vector<double> y(static_cast<size_t>(n)), x;
   for (int64_t k = 0; k < n; ++k) y[size_t(k)] = b[size_t(s.perm[size_t(k)])];
+  // Front f's rows gathered into x, and scattered back.
+  const auto gather = [&](size_t fr) {
+    const int64_t* rows = &f.rows[size_t(f.row_start[fr])];
+    x.resize(size_t(f.row_start[fr + 1] - f.row_start[fr]));
+    for (size_t r = 0; r < x.size(); ++r) x[r] = y[size_t(rows[r])];
+  };
+  const auto scatter = [&](size_t fr) {
+    const int64_t* rows = &f.rows[size_t(f.row_start[fr])];
+    for (size_t r = 0; r < x.size(); ++r) y[size_t(rows[r])] = x[r];
+  };
   // L z = y, front by front.
-  for (const Front& fr : f.fronts) {
-    const int64_t m = int64_t(fr.rows.size());
-    for (int64_t j = 0; j < fr.npiv; ++j) {
-      const double yj = y[size_t(fr.rows[size_t(j)])];
-      for (int64_t r = j + 1; r < m; ++r)
-        y[size_t(fr.rows[size_t(r)])] -= fr.l[size_t(r + j * m)] * yj;
+  for (size_t fr = 0; fr < nf; ++fr) {
+    gather(fr);
+    const int64_t m = int64_t(x.size());
+    const double* l = &f.l[size_t(f.l_start[fr])];
+    for (int64_t j = 0; j < f.npiv[fr]; ++j) {
+      const double xj = x[size_t(j)];
+      for (int64_t r = j + 1; r < m; ++r) x[size_t(r)] -= l[r + j * m] * xj;
     }
+    scatter(fr);
   }
   // D w = z, pivot by pivot in elimination order.
   size_t p = 0;
-  for (const Front& fr : f.fronts)
-    for (int64_t j = 0; j < fr.npiv; ++j, ++p) {
-      double& a0 = y[size_t(fr.rows[size_t(j)])];
+  for (size_t fr = 0; fr < nf; ++fr) {
+    const int64_t* rows = &f.rows[size_t(f.row_start[fr])];
+    for (int64_t j = 0; j < f.npiv[fr]; ++j, ++p) {
+      double& a0 = y[size_t(rows[j])];
       if (f.two[p]) {
-        double& a1 = y[size_t(fr.rows[size_t(j + 1)])];
+        double& a1 = y[size_t(rows[j + 1])];
         const double d = f.d[p], e = f.dsub[p], c = f.d[p + 1], det = d * c - e * e;
         const double x0 = (c * a0 - e * a1) / det, x1 = (d * a1 - e * a0) / det;
         a0 = x0, a1 = x1;
@@ -251,20 +354,21 @@ void solve(const Symbolic& s, const Numeric& f, std::vector<double>& b) {
         a0 = f.d[p] != 0.0 ? a0 / f.d[p] : 0.0;
       }
     }
+  }
   // L' x = w, fronts in reverse.
-  for (auto it = f.fronts.rbegin(); it != f.fronts.rend(); ++it) {
-    const Front& fr = *it;
-    const int64_t m = int64_t(fr.rows.size());
-    for (int64_t j = fr.npiv - 1; j >= 0; --j) {
+  for (size_t fr = nf; fr-- > 0;) {
+    gather(fr);
+    const int64_t m = int64_t(x.size());
+    const double* l = &f.l[size_t(f.l_start[fr])];
+    for (int64_t j = f.npiv[fr] - 1; j >= 0; --j) {
       double sum = 0.0;
-      for (int64_t r = j + 1; r < m; ++r)
-        sum += fr.l[size_t(r + j * m)] * y[size_t(fr.rows[size_t(r)])];
-      y[size_t(fr.rows[size_t(j)])] -= sum;
+      for (int64_t r = j + 1; r < m; ++r) sum += l[r + j * m] * x[size_t(r)];
+      x[size_t(j)] -= sum;
     }
+    scatter(fr);
   }
   for (int64_t k = 0; k < n; ++k) b[size_t(s.perm[size_t(k)])] = y[size_t(k)];
 }
-
 double solve_refined(const Pattern& a, const std::vector<double>& values, const Symbolic& s,
                      const Numeric& f, std::vector<double>& b, int steps) {
   const size_t n = size_t(a.n);

@@ -108,7 +108,7 @@ TEST(SparseAnalyse, FactorSizeIsCholmods) {
       const zeb::sparse::Symbolic s = zeb::sparse::analyse(a, perm, 1);
       EXPECT_EQ(double(s.nnz_l), cholmod_lnz(a, perm));
       EXPECT_EQ(double(s.nnz_l), cholmod_lnz(a, s.perm));  // the postordered equivalent
-      // The tree points upwards; fundamental fronts store exactly L.
+      // The tree points upwards; supernodes without amalgamation store exactly L.
       for (int64_t j = 0; j < a.n; ++j)
         EXPECT_TRUE(s.parent[size_t(j)] == -1 || s.parent[size_t(j)] > j);
       EXPECT_EQ(s.factor_size, s.nnz_l);
