@@ -88,7 +88,8 @@ double solve_refined(const Pattern& a, const std::vector<double>& values, const 
 // Gives Ipopt this solver as its MA97 (linear_solver = ma97): the
 // orderings, nemin, the threshold u and small of Ipopt's ma97 options reach
 // the analysis and the factorisation; scalings are not applied (a scaling
-// asked for is returned as ones).  Once per process, before Ipopt starts.
+// asked for is returned as ones).  Before Ipopt starts; the second call
+// and later ones do nothing.
 void register_with_ipopt();
 
 }  // namespace zeb::sparse

@@ -4,6 +4,7 @@
 // their own, and nothing here is exported.
 #include <algorithm>
 #include <cstddef>
+#include <mutex>
 #include <new>
 
 #include "HSLLoader.h"
@@ -199,8 +200,11 @@ void factor_solve_entry(const int type, const int ptr[], const int row[], const 
 }  // namespace
 
 void register_with_ipopt() {
-  LSL_setMA97(default_control, analyse, factor_entry, factor_solve_entry, solve, finalise,
-              free_akeep);
+  static std::once_flag once;
+  std::call_once(once, [] {
+    LSL_setMA97(default_control, analyse, factor_entry, factor_solve_entry, solve, finalise,
+                free_akeep);
+  });
 }
 
 }  // namespace zeb::sparse

@@ -26,6 +26,7 @@
 #include "IpTNLPAdapter.hpp"
 #include "frame/layers.hpp"
 #include "frame/units.hpp"
+#include "linalg/sparse.hpp"
 #include "optim/checks.hpp"
 #include "optim/optim.def"
 #include "optim/out.hpp"
@@ -285,6 +286,7 @@ bool map_options(const Options& o, Ipopt::OptionsList& list, bool linear_only, b
   ok &= list.SetStringValue("jac_c_constant", linear_only ? "yes" : "no");
   ok &= list.SetStringValue("jac_d_constant", linear_only ? "yes" : "no");
   ok &= list.SetStringValue("sb", "yes");  // no banner: output is the library's
+  ok &= list.SetStringValue("linear_solver", "ma97");  // the library's sparse solver
   return ok;
 }
 
@@ -883,6 +885,7 @@ ZEB_API void e04stfn_(ZebEnData* en, void* handle, ObjfunM mobjfun, ObjfunF objf
   const int64_t punit = opts.integer("PRINT FILE"), plevel = opts.integer("PRINT LEVEL");
   if (punit >= 0 && plevel > 0)
     app->Jnlst()->AddJournal(new UnitJournal(en, punit, kLevels[std::min<int64_t>(plevel, 5)]));
+  zeb::sparse::register_with_ipopt();
   bool options_ok = app->Initialize("") == Ipopt::Solve_Succeeded;
   const bool no_nonlinear = !nonlinear_objective && ncnln == 0;
   options_ok = options_ok && map_options(opts, *app->Options(), ncnln == 0, no_nonlinear);
