@@ -1,153 +1,23 @@
 // e04stc against Ipopt called directly, on Luksan and Vlcek's chained
-// Rosenbrock function with trigonometric-exponential constraints ("Sparse
-// and partially separable test problems for unconstrained and equality
-// constrained optimization", 1999, problem 5.1), as equations and as
-// two-sided inequalities.  Both sides evaluate through the same functions
-// and present Ipopt with the same structures and options, so the time
-// ratio is the adapter's own cost; both report their iteration counts.
+// Rosenbrock problem (bench/problems.hpp), as equations and as two-sided
+// inequalities.  Both sides evaluate through the same functions and present
+// Ipopt with the same structures and options; e04stc factorises with the
+// library's sparse solver, Ipopt directly with its default, MUMPS.  The
+// ratio is the library's whole cost against the user's direct route; both
+// report their iteration counts.
 #include <IpIpoptApplication.hpp>
 #include <IpSolveStatistics.hpp>
-#include <IpTNLP.hpp>
 
-#include <cmath>
-#include <cstdio>
 #include <string>
 #include <vector>
 
+#include "bench/problems.hpp"
 #include "bench/ratios.hpp"
 #include "zeb.h"
 
 namespace {
 
-using Ipopt::Index;
-
-// ---- the problem --------------------------------------------------------------
-// f = sum_{i<n-1} 100 (x_i^2 - x_{i+1})^2 + (x_i - 1)^2
-// c_i = 3 x_{i+1}^3 + 2 x_{i+2} - 5 + sin(x_{i+1} - x_{i+2}) sin(x_{i+1} + x_{i+2})
-//       + 4 x_{i+1} - x_i exp(x_i - x_{i+1}) - 3,   i < n - 2
-// The Jacobian row i holds x_i, x_{i+1}, x_{i+2}; the Hessian's upper
-// triangle the diagonal and the first superdiagonal, (j, j) then (j, j+1).
-struct Lv1 {
-  long n;
-  double lo, up;  // bounds of every c_i
-
-  double f(const double* x) const {
-    double s = 0.0;
-    for (long i = 0; i + 1 < n; ++i) {
-      const double t = x[i] * x[i] - x[i + 1], u = x[i] - 1.0;
-      s += 100.0 * t * t + u * u;
-    }
-    return s;
-  }
-  void grad(const double* x, double* g) const {
-    for (long j = 0; j < n; ++j) g[j] = 0.0;
-    for (long i = 0; i + 1 < n; ++i) {
-      const double t = x[i] * x[i] - x[i + 1];
-      g[i] += 400.0 * x[i] * t + 2.0 * (x[i] - 1.0);
-      g[i + 1] -= 200.0 * t;
-    }
-  }
-  void cons(const double* x, double* c) const {
-    for (long i = 0; i + 2 < n; ++i) {
-      const double a = x[i], b = x[i + 1], d = x[i + 2];
-      c[i] = 3.0 * b * b * b + 2.0 * d - 5.0 + std::sin(b - d) * std::sin(b + d) + 4.0 * b -
-             a * std::exp(a - b) - 3.0;
-    }
-  }
-  void jac(const double* x, double* v) const {
-    for (long i = 0; i + 2 < n; ++i) {
-      const double a = x[i], b = x[i + 1], d = x[i + 2], e = std::exp(a - b);
-      v[3 * i] = -(1.0 + a) * e;
-      v[3 * i + 1] = 9.0 * b * b + std::sin(2.0 * b) + 4.0 + a * e;
-      v[3 * i + 2] = 2.0 - std::sin(2.0 * d);
-    }
-  }
-  void hess(const double* x, double sigma, const double* lambda, double* v) const {
-    double* diag = v;  // pairs (j, j), (j, j+1) interleaved: v[2j], v[2j+1]
-    for (long k = 0; k < 2 * n - 1; ++k) diag[k] = 0.0;
-    for (long i = 0; i + 1 < n; ++i) {
-      v[2 * i] += sigma * (1200.0 * x[i] * x[i] - 400.0 * x[i + 1] + 2.0);
-      v[2 * i + 1] += sigma * -400.0 * x[i];
-      v[2 * (i + 1)] += sigma * 200.0;
-    }
-    for (long i = 0; i + 2 < n; ++i) {
-      const double a = x[i], b = x[i + 1], d = x[i + 2], e = std::exp(a - b), l = lambda[i];
-      v[2 * i] += l * -(2.0 + a) * e;
-      v[2 * i + 1] += l * (1.0 + a) * e;
-      v[2 * (i + 1)] += l * (18.0 * b + 2.0 * std::cos(2.0 * b) - a * e);
-      v[2 * (i + 2)] += l * -2.0 * std::cos(2.0 * d);
-    }
-  }
-  double start(long j) const { return j % 2 == 0 ? -1.2 : 1.0; }
-  long m() const { return n - 2; }
-  long nnzh() const { return 2 * n - 1; }
-  // The k-th pair of the Hessian's upper triangle (0-based).
-  long hrow(long k) const { return k / 2; }
-  long hcol(long k) const { return k / 2 + k % 2; }
-};
-
-// ---- Ipopt directly ---------------------------------------------------------------
-
-class Native : public Ipopt::TNLP {
- public:
-  explicit Native(const Lv1& p) : p_(p) {}
-  bool get_nlp_info(Index& n, Index& m, Index& nj, Index& nh, IndexStyleEnum& s) override {
-    n = Index(p_.n), m = Index(p_.m()), nj = Index(3 * p_.m()), nh = Index(p_.nnzh());
-    s = C_STYLE;
-    return true;
-  }
-  bool get_bounds_info(Index n, double* xl, double* xu, Index m, double* gl,
-                       double* gu) override {
-    for (Index j = 0; j < n; ++j) xl[j] = -1e20, xu[j] = 1e20;
-    for (Index i = 0; i < m; ++i) gl[i] = p_.lo, gu[i] = p_.up;
-    return true;
-  }
-  bool get_starting_point(Index n, bool, double* x, bool, double*, double*, Index, bool,
-                          double*) override {
-    for (Index j = 0; j < n; ++j) x[j] = p_.start(j);
-    return true;
-  }
-  bool eval_f(Index, const double* x, bool, double& f) override {
-    f = p_.f(x);
-    return true;
-  }
-  bool eval_grad_f(Index, const double* x, bool, double* g) override {
-    p_.grad(x, g);
-    return true;
-  }
-  bool eval_g(Index, const double* x, bool, Index, double* c) override {
-    p_.cons(x, c);
-    return true;
-  }
-  bool eval_jac_g(Index, const double* x, bool, Index m, Index, Index* r, Index* c,
-                  double* v) override {
-    if (v) {
-      p_.jac(x, v);
-    } else {
-      for (Index i = 0; i < m; ++i)
-        for (Index k = 0; k < 3; ++k) r[3 * i + k] = i, c[3 * i + k] = i + k;
-    }
-    return true;
-  }
-  bool eval_h(Index, const double* x, bool, double sigma, Index, const double* lambda, bool,
-              Index nele, Index* r, Index* c, double* v) override {
-    if (v) {
-      p_.hess(x, sigma, lambda, v);
-    } else {  // the upper pair (i, j) as Ipopt's lower element (j, i)
-      for (Index k = 0; k < nele; ++k) r[k] = Index(p_.hcol(k)), c[k] = Index(p_.hrow(k));
-    }
-    return true;
-  }
-  void finalize_solution(Ipopt::SolverReturn, Index, const double*, const double*,
-                         const double*, Index, const double*, const double*, double f,
-                         const Ipopt::IpoptData*, Ipopt::IpoptCalculatedQuantities*) override {
-    objective = f;
-  }
-  double objective = 0.0;
-
- private:
-  const Lv1& p_;
-};
+using zebbench::Lv1;
 
 // ---- e04stc -------------------------------------------------------------------------
 
@@ -174,11 +44,13 @@ struct Handle {
     ZEB_INIT_FAIL(e);
     e.print = 1;
     const Integer n = p.n, m = p.m();
-    std::vector<Integer> idx(static_cast<size_t>(n)), ir, ic, hr, hc;
+    std::vector<Integer> idx(static_cast<size_t>(n)), ir(static_cast<size_t>(p.nnzj())),
+        ic(ir.size()), hr(static_cast<size_t>(p.nnzh())), hc(hr.size());
     for (Integer j = 0; j < n; ++j) idx[size_t(j)] = j + 1;
-    for (Integer i = 0; i < m; ++i)
-      for (Integer k = 0; k < 3; ++k) ir.push_back(i + 1), ic.push_back(i + k + 1);
-    for (Integer k = 0; k < p.nnzh(); ++k) hr.push_back(p.hrow(k) + 1), hc.push_back(p.hcol(k) + 1);
+    p.jac_structure(ir.data(), ic.data());
+    p.hess_structure(hc.data(), hr.data());  // the lower triangle given as the upper
+    for (std::vector<Integer>* v : {&ir, &ic, &hr, &hc})
+      for (Integer& i : *v) ++i;  // 1-based
     std::vector<double> lo(size_t(m), p.lo), up(size_t(m), p.up);
     e04rac(&h, n, &e);
     e04rgc(h, n, idx.data(), &e);
@@ -224,7 +96,7 @@ void BM_native(benchmark::State& state) {
   int iterations = 0;
   double objective = 0.0;
   for (auto _ : state) {
-    Ipopt::SmartPtr<Native> nlp = new Native(p);
+    Ipopt::SmartPtr<zebbench::Tnlp<Lv1>> nlp = new zebbench::Tnlp<Lv1>(p);
     Ipopt::SmartPtr<Ipopt::IpoptApplication> app = IpoptApplicationFactory();
     app->Options()->SetIntegerValue("print_level", 0);
     app->Options()->SetStringValue("sb", "yes");
