@@ -85,6 +85,20 @@ void solve(const Symbolic& s, const Numeric& f, std::vector<double>& b);
 double solve_refined(const Pattern& a, const std::vector<double>& values, const Symbolic& s,
                      const Numeric& f, std::vector<double>& b, int steps);
 
+// Symmetric scalings: factors s > 0 for which S A S (S = diag(s)) has
+// entries of balanced size, so that threshold pivoting delays less.
+//  Matching: from a maximum-product matching of A's rows to its columns,
+//    symmetrised (Duff and Koster 2001; Duff and Pralet 2005): the matched
+//    entries of S A S have magnitude 1 and no entry exceeds 1.
+//  Equilibration: rows and columns divided by the square roots of their
+//    largest entries, repeatedly, until each largest entry is near 1
+//    (Ruiz 2001, infinity norm).
+//  CurtisReid: s minimises the sum over entries of (log|a_ij| + log s_i +
+//    log s_j)^2 (Curtis and Reid 1972), s_i powers of 2.
+// Rows and columns without entries get 1.
+enum class Scaling { None, Matching, Equilibration, CurtisReid };
+std::vector<double> scaling(const Pattern& a, const std::vector<double>& values, Scaling how);
+
 // Gives Ipopt this solver as its MA97 (linear_solver = ma97): the
 // orderings, nemin, the threshold u and small of Ipopt's ma97 options reach
 // the analysis and the factorisation; scalings are not applied (a scaling
