@@ -121,7 +121,7 @@ struct Control {
     if (p >= k) f(p - k);
     if (p + k < cells()) f(p + k);
   }
-  long nnzj() const { return 3 * cells() + 4 * (cells() - k); }  // diagonal, u, neighbours
+  long nnzj() const { return 2 * cells() + 4 * (cells() - k); }  // y_p, u_p, neighbours
   long nnzh() const { return vars(); }
   void bounds(double* xl, double* xu, double* gl, double* gu) const {
     for (long p = 0; p < cells(); ++p) {

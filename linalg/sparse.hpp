@@ -18,15 +18,20 @@ struct Pattern {
 };
 
 // Natural: the identity.  Amd: approximate minimum degree (SuiteSparse's
-// AMD).  Metis: nested dissection (METIS_NodeND).  Auto: Metis from
-// kAutoMetisSize unknowns on, Amd below.  Best: whichever of the two needs
-// fewer operations to factorise.
+// AMD).  Metis: nested dissection (METIS_NodeND).  Auto: Amd, unless the
+// matrix has kAutoMetisSize unknowns or more and Amd's factor would hold
+// more than kAutoFill times the entries of the lower triangle: then Metis
+// (nested dissection pays on meshes, costs time and fronts on chains and
+// bands, where minimum degree fills nothing).  Best: whichever of the two
+// needs fewer operations to factorise.
 enum class Ordering { Natural, Amd, Metis, Auto, Best };
 constexpr int64_t kAutoMetisSize = 10000;
+constexpr int64_t kAutoFill = 4;
 
 // The symbolic factorisation of P A P' = L D L' (before any pivoting).
 struct Symbolic {
   int64_t n = 0;
+  Ordering ordering = Ordering::Natural;  // the one that gave perm (Amd or Metis for Auto, Best)
   std::vector<int64_t> perm;      // perm[k]: the original index of pivot k
   std::vector<int64_t> invp;      // invp[perm[k]] = k
   std::vector<int64_t> parent;    // the elimination tree (-1 at a root), postordered
@@ -73,8 +78,16 @@ struct Numeric {
   int64_t num_delay = 0;      // columns passed to a parent front
   int64_t num_two = 0;        // 2x2 pivots
 };
-Numeric factor(const Pattern& a, const std::vector<double>& values, const Symbolic& s, double u,
-               double small = 0.0);
+// `out` is overwritten; its storage is reused (refactorisations of one
+// pattern allocate nothing new).
+void factor(const Pattern& a, const std::vector<double>& values, const Symbolic& s, double u,
+            double small, Numeric& out);
+inline Numeric factor(const Pattern& a, const std::vector<double>& values, const Symbolic& s,
+                      double u, double small = 0.0) {
+  Numeric out;
+  factor(a, values, s, u, small, out);
+  return out;
+}
 
 // Solves A x = b (b overwritten by x) with the factors.
 void solve(const Symbolic& s, const Numeric& f, std::vector<double>& b);

@@ -147,15 +147,25 @@ Index order(const Pattern& a, Ordering how) {
     case Ordering::Natural: return natural(a.n);
     case Ordering::Amd: return order_amd(a);
     case Ordering::Metis: return order_metis(a);
-    case Ordering::Auto: return a.n >= kAutoMetisSize ? order_metis(a) : order_amd(a);
-    case Ordering::Best: return analyse(a, Ordering::Best, 1).perm;
+    case Ordering::Auto:
+    case Ordering::Best: return analyse(a, how, 1).perm;
   }
   return {};
 }
 
 Symbolic analyse(const Pattern& a, Ordering how, int64_t nemin) {
-  if (how != Ordering::Best) return analyse(a, order(a, how), nemin);
-  Symbolic m = analyse(a, order_metis(a), nemin), d = analyse(a, order_amd(a), nemin);
+  const auto with = [&](Ordering o) {
+    Symbolic s = analyse(a, order(a, o), nemin);
+    s.ordering = o;
+    return s;
+  };
+  if (how == Ordering::Auto) {
+    Symbolic d = with(Ordering::Amd);
+    if (a.n < kAutoMetisSize || d.nnz_l <= kAutoFill * int64_t(a.rowind.size())) return d;
+    return with(Ordering::Metis);
+  }
+  if (how != Ordering::Best) return with(how);
+  Symbolic m = with(Ordering::Metis), d = with(Ordering::Amd);
   return d.flops < m.flops ? d : m;
 }
 

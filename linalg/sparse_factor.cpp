@@ -189,8 +189,8 @@ int64_t eliminate(const Dense& F, int64_t nfs, bool root, double u, double small
 
 }  // namespace
 
-Numeric factor(const Pattern& a, const std::vector<double>& values, const Symbolic& s, double u,
-               double small) {
+void factor(const Pattern& a, const std::vector<double>& values, const Symbolic& s, double u,
+            double small, Numeric& out) {
   const int64_t n = a.n;
   if (int64_t(values.size()) != int64_t(a.rowind.size()))
     throw std::invalid_argument("values do not match the pattern");
@@ -232,10 +232,20 @@ Numeric factor(const Pattern& a, const std::vector<double>& values, const Symbol
   Index stack_rows;
   std::vector<double> stack_vals;
 
-  Numeric out;
-  out.npiv.reserve(nf);
-  out.row_start.reserve(nf + 1);
-  out.l_start.reserve(nf + 1);
+  // Cleared, keeping the storage; delays make the factors larger than the
+  // analysis foresaw, the margin absorbs the usual few.
+  out.rows.clear(), out.npiv.clear(), out.l.clear(), out.d.clear(), out.dsub.clear();
+  out.two.clear(), out.row_start.assign(1, 0), out.l_start.assign(1, 0);
+  out.num_pos = out.num_neg = out.num_zero = out.num_delay = out.num_two = 0;
+  out.npiv.reserve(nf), out.row_start.reserve(nf + 1), out.l_start.reserve(nf + 1);
+  out.d.reserve(size_t(n)), out.dsub.reserve(size_t(n)), out.two.reserve(size_t(n));
+  int64_t rows_size = 0, l_size = 0;
+  for (size_t f = 0; f < nf; ++f) {
+    rows_size += s.front_rows[f];
+    l_size += s.front_rows[f] * (s.snode[f + 1] - s.snode[f]);
+  }
+  out.rows.reserve(size_t(rows_size + rows_size / 4));
+  out.l.reserve(size_t(l_size + l_size / 4));
   Index local(static_cast<size_t>(n), -1), rows;
   std::vector<double> work, W;
   for (size_t f = 0; f < nf; ++f) {
@@ -309,7 +319,6 @@ Numeric factor(const Pattern& a, const std::vector<double>& values, const Symbol
     }
     for (int64_t r : rows) local[size_t(r)] = -1;
   }
-  return out;
 }
 
 void solve(const Symbolic& s, const Numeric& f, std::vector<double>& b) {

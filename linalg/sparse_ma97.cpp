@@ -72,12 +72,12 @@ Pattern pattern(int n, const int ptr[], const int row[], int base) {
   return a;
 }
 
-Ordering ordering(int code, int64_t n) {
+Ordering ordering(int code) {
   switch (code) {
     case 1: return Ordering::Amd;
     case 3: return Ordering::Metis;
     case 0: return Ordering::Natural;
-    default: return n >= kAutoMetisSize ? Ordering::Metis : Ordering::Amd;
+    default: return Ordering::Auto;
   }
 }
 
@@ -108,13 +108,13 @@ void analyse(int, int n, const int ptr[], const int row[], double[], void** akee
       for (int i = 0; i < n; ++i) perm[size_t(order[i] - (c->f_arrays ? 1 : 0))] = i;
       k->s = zeb::sparse::analyse(k->a, perm, std::max(c->nemin, 1));
     } else {
-      k->s = zeb::sparse::analyse(k->a, ordering(c->ordering, n), std::max(c->nemin, 1));
+      k->s = zeb::sparse::analyse(k->a, ordering(c->ordering), std::max(c->nemin, 1));
     }
     *akeep = k;
     info->num_factor = long(k->s.factor_size);
     info->num_flops = long(k->s.flops);
     info->num_sup = int(k->s.snode.size() - 1);
-    info->ordering = c->ordering == 5 ? (n >= kAutoMetisSize ? 3 : 1) : c->ordering;
+    info->ordering = k->s.ordering == Ordering::Metis ? 3 : k->s.ordering == Ordering::Amd ? 1 : 0;
     info->matrix_rank = n;
     for (int64_t r : k->s.front_rows) info->maxfront = std::max(info->maxfront, int(r));
   } catch (const std::bad_alloc&) {
@@ -130,7 +130,7 @@ void factor(int, const int ptr[], const int[], const double val[], void** akeep,
     auto* f = static_cast<Factors*>(*fkeep);
     if (!f) *fkeep = f = new Factors;
     f->values.assign(val, val + (ptr[k.a.n] - (c->f_arrays ? 1 : 0)));
-    f->f = zeb::sparse::factor(k.a, f->values, k.s, c->u, c->small);
+    zeb::sparse::factor(k.a, f->values, k.s, c->u, c->small, f->f);
     info->num_delay = int(f->f.num_delay);
     info->num_neg = int(f->f.num_neg);
     info->num_two = int(f->f.num_two);

@@ -133,4 +133,11 @@ TEST(SparseAnalyse, OrderingsReduceFillAndAmalgamationMergesFronts) {
   EXPECT_EQ(merged.nnz_l, one.nnz_l);
   EXPECT_THROW(zeb::sparse::analyse(a, std::vector<int64_t>(size_t(a.n), 0), 1),
                std::invalid_argument);
+  // Auto: minimum degree on small matrices and on chains (a band of
+  // 20000 without fill), nested dissection on a large mesh.
+  std::set<std::pair<int64_t, int64_t>> band;
+  for (int64_t j = 0; j + 2 < 20000; ++j) band.insert({j, j + 1}), band.insert({j, j + 2});
+  for (auto [m, used] : {std::pair{a, Ordering::Amd}, {from_pairs(20000, band), Ordering::Amd},
+                         {laplacian(110, 2), Ordering::Metis}})
+    EXPECT_EQ(zeb::sparse::analyse(m, Ordering::Auto, 1).ordering, used) << m.n;
 }
