@@ -1,12 +1,12 @@
-// m01ca (sort), m01da (rank), m01ea (rearrange by ranks): results against
-// std::sort and std::stable_sort, the same exchanges on every call, and the
-// failures in their order with their messages.
+// m01ca (sort), m01da (rank), m01ea (rearrange by ranks) against std::sort
+// and std::stable_sort, the same exchanges on every call, and the failures
+// in their order with their texts.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
 #include <cstring>
+#include <functional>
 #include <numeric>
 #include <random>
 #include <string>
@@ -18,9 +18,11 @@
 namespace {
 
 using Vec = std::vector<double>;
+using Ranks = std::vector<int64_t>;
 
-// Data shapes a sort meets in practice, and Musser's sequence, on which
-// median-of-three splits badly so that pivots are placed at random.
+// Data shapes a sort meets in practice; Musser's sequence, on which
+// median-of-three splits badly so that pivots are placed at random; and NaNs
+// of either sign among duplicates.
 Vec make(const std::string& shape, int64_t n, uint64_t seed = 1) {
   std::mt19937_64 g(seed);
   Vec v(static_cast<size_t>(n));
@@ -32,6 +34,7 @@ Vec make(const std::string& shape, int64_t n, uint64_t seed = 1) {
     if (shape == "duplicates") x = double(g() % 5);
     if (shape == "organpipe") x = double(std::min(i, n - 1 - i));
     if (shape == "sawtooth") x = double(i % 97);
+    if (shape == "nans") x = i % 3 ? double(g() % 5) : std::copysign(NAN, double(i % 2) - 0.5);
   }
   if (shape == "killer")
     for (int64_t i = 1, k = n / 2; i <= k; ++i) {
@@ -40,235 +43,179 @@ Vec make(const std::string& shape, int64_t n, uint64_t seed = 1) {
     }
   return v;
 }
-const char* const kShapes[] = {"random",    "sorted",   "reversed", "duplicates",
-                               "organpipe", "sawtooth", "killer"};
 
 bool same_bits(const Vec& a, const Vec& b) {
   return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(double)) == 0;
 }
+// Equal values, or the same bits (NaNs); signed zeros may trade places.
+bool same_values(const Vec& a, const Vec& b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](double x, double y) {
+    return x == y || std::memcmp(&x, &y, sizeof x) == 0;
+  });
+}
 
-Vec sorted_c(Vec v, bool desc, int64_t m1 = 1, int64_t m2 = -1) {
-  ZebError fail;
-  ZEB_INIT_FAIL(fail);
-  m01cac(v.data(), m1, m2 < 0 ? int64_t(v.size()) : m2, desc ? Zeb_Descending : Zeb_Ascending,
-         &fail);
+ZebError quiet() {
+  ZebError f;
+  ZEB_INIT_FAIL(f);
+  return f;
+}
+
+// Sorts v(m1..m2) (m2 = 0: the whole vector) through the C entry for 'A' and
+// 'D', through the Fortran entry otherwise.
+Vec sorted(Vec v, char order, int64_t m1 = 1, int64_t m2 = 0) {
+  int64_t ifail = 1;
+  if (m2 == 0) m2 = int64_t(v.size());
+  ZebError fail = quiet();
+  if (order == 'A' || order == 'D')
+    m01cac(v.data(), m1, m2, order == 'A' ? Zeb_Ascending : Zeb_Descending, &fail), ifail = 0;
+  else
+    m01caf_(v.data(), &m1, &m2, &order, &ifail, 1);
   EXPECT_EQ(fail.code, NE_NOERROR) << fail.message;
+  EXPECT_EQ(ifail, 0);
   return v;
 }
 
-TEST(Sort, EqualsStdSortAndRepeatsItsExchanges) {
-  for (const char* shape : kShapes)
-    for (int64_t n : {1, 2, 15, 16, 17, 1000, 100000}) {
-      const Vec v = make(shape, n, uint64_t(n));
-      Vec want = v;
-      std::sort(want.begin(), want.end());
-      EXPECT_EQ(sorted_c(v, false), want) << shape << " n = " << n;
-      std::reverse(want.begin(), want.end());
-      EXPECT_EQ(sorted_c(v, true), want) << shape << " n = " << n << " descending";
-      // Signed zeros make equal keys distinguishable: their arrangement in
-      // the result records the exchanges, which must be the same on every
-      // call (the pivot placement is seeded afresh each time).
-      Vec z = v;
-      for (size_t i = 0; i < z.size(); i += 7) z[i] = (i % 2) ? 0.0 : -0.0;
-      for (bool desc : {false, true}) {
-        const Vec first = sorted_c(z, desc);
-        EXPECT_TRUE(same_bits(first, sorted_c(z, desc))) << shape << " n = " << n;
-        Vec want_z = z;
-        std::sort(want_z.begin(), want_z.end());
-        if (desc) std::reverse(want_z.begin(), want_z.end());
-        EXPECT_EQ(first, want_z);
-      }
-    }
+// The ranks (from 1) of std::stable_sort with the NaNs last, as met.
+Ranks stable_ranks(const Vec& v, bool desc) {
+  Ranks idx(v.size()), r(v.size());
+  std::iota(idx.begin(), idx.end(), 0);
+  std::stable_sort(idx.begin(), idx.end(), [&](int64_t a, int64_t b) {
+    const double x = v[size_t(a)], y = v[size_t(b)];
+    return (desc ? x > y : x < y) || (x == x && y != y);
+  });
+  for (size_t k = 0; k < idx.size(); ++k) r[size_t(idx[k])] = int64_t(k) + 1;
+  return r;
 }
 
-TEST(Sort, TenMillionRandomAndOrganPipe) {
-  for (const char* shape : {"random", "organpipe"}) {
-    Vec v = make(shape, 10000000, 11), want = v;
-    std::sort(want.begin(), want.end());
-    EXPECT_EQ(sorted_c(v, false), want) << shape;
-  }
-}
-
-TEST(Sort, OnlyTheRangeIsTouchedAndFortranTakesEitherCase) {
-  Vec v = make("random", 40, 3), w = v;
-  std::sort(w.begin() + 4, w.begin() + 30, std::greater<double>());
-  EXPECT_EQ(sorted_c(v, true, 5, 30), w);
-  EXPECT_EQ(sorted_c(v, true, 7, 7), v);  // a single element
-  for (const char* o : {"A", "a", "D", "d"}) {
-    Vec u = v, want = v;
-    int64_t m1 = 1, m2 = 40, ifail = 1;
-    m01caf_(u.data(), &m1, &m2, o, &ifail, 1);
-    EXPECT_EQ(ifail, 0);
-    std::sort(want.begin(), want.end());
-    if (*o == 'D' || *o == 'd') std::reverse(want.begin(), want.end());
-    EXPECT_EQ(u, want) << o;
-  }
-}
-
-// ---- failures ---------------------------------------------------------------
-
-std::string exit_lines(const char* name, int n) {
+std::string exit_lines(const char* name, int64_t n) {
   return std::string(" ** ABNORMAL EXIT from ZEB Library routine ") + name + ": IFAIL =     " +
          std::to_string(n) + "\n ** ZEB soft failure - control returned\n";
 }
 
-TEST(SortFailures, CheckedInOrderWithTheirLines) {
-  struct Call {
+// Sorting gives the stable order up to equal keys, with the same exchanges
+// on every call and from either entry (signed zeros record them); ranking
+// gives the stable ranks, and rearranging by them the stable order bit for bit.
+TEST(SortRankRearrange, AgreeWithStableSortingOnEveryShape) {
+  for (const char* shape : {"random", "sorted", "reversed", "duplicates", "organpipe", "sawtooth",
+                            "killer", "nans"})
+    for (int64_t n : {1, 2, 15, 16, 17, 1000, 100000}) {
+      Vec v = make(shape, n, uint64_t(n));
+      for (bool zeros : {false, true}) {
+        for (size_t i = 0; zeros && i < v.size(); i += 7) v[i] = (i % 2) ? 0.0 : -0.0;
+        for (bool desc : {false, true}) {
+          SCOPED_TRACE(testing::Message() << shape << " n " << n << " zeros " << zeros << desc);
+          const Ranks want_rank = stable_ranks(v, desc);
+          Vec want(v.size()), ranked = v;
+          for (size_t i = 0; i < v.size(); ++i) want[size_t(want_rank[i] - 1)] = v[i];
+          const Vec got = sorted(v, desc ? 'D' : 'A');
+          EXPECT_TRUE(same_values(got, want));
+          EXPECT_TRUE(same_bits(got, sorted(v, desc ? 'd' : 'a')));
+          Ranks rank(v.size());
+          ZebError fail = quiet();
+          m01dac(v.data(), 1, n, desc ? Zeb_Descending : Zeb_Ascending, rank.data(), &fail);
+          EXPECT_EQ(rank, want_rank);
+          m01eac(ranked.data(), 1, n, rank.data(), &fail);
+          EXPECT_TRUE(same_bits(ranked, want));
+        }
+      }
+    }
+  for (const char* shape : {"random", "organpipe"}) {
+    Vec v = make(shape, 10000000, 11), want = v;
+    std::sort(want.begin(), want.end());
+    EXPECT_EQ(sorted(v, 'A'), want) << shape;
+  }
+}
+
+// Only the range is sorted and ranked; rearranging restores the ranks and
+// carries a companion vector (the original positions) along.
+TEST(SortRankRearrange, OnlyTheRangeIsTouched) {
+  Vec v = make("random", 40, 3), w = v;
+  std::sort(w.begin() + 4, w.begin() + 30, std::greater<double>());
+  EXPECT_EQ(sorted(v, 'D', 5, 30), w);
+  EXPECT_EQ(sorted(v, 'D', 7, 7), v);
+  const int64_t n = 300, m1 = 21, m2 = 260;
+  const Vec key = make("duplicates", n, 4);
+  Vec pos(static_cast<size_t>(n));
+  std::iota(pos.begin(), pos.end(), 0.0);
+  Vec want = pos;
+  std::stable_sort(want.begin() + m1 - 1, want.begin() + m2,
+                   [&](double a, double b) { return key[size_t(a)] < key[size_t(b)]; });
+  Ranks irank(size_t(n), -7);
+  int64_t ifail = 1;
+  m01daf_(key.data(), &m1, &m2, "A", irank.data(), &ifail, 1);
+  ASSERT_EQ(ifail, 0);
+  EXPECT_EQ(irank[m1 - 2], -7);
+  EXPECT_EQ(irank[m2], -7);
+  const Ranks ranks = irank;
+  m01eaf_(pos.data(), &m1, &m2, irank.data(), &ifail);
+  ASSERT_EQ(ifail, 0);
+  EXPECT_EQ(pos, want);
+  EXPECT_EQ(irank, ranks) << "the ranks must be restored";
+}
+
+// The range checks come first (m2, m1, m1 <= m2), then the order or the
+// ranks; nothing the caller owns is touched.
+TEST(Failures, InTheirOrderWithTheirTexts) {
+  const struct {
+    char routine;  // m01caf, m01daf or m01eaf
     int64_t m1, m2;
     const char* order;
     int64_t ifail;
-    std::string lines;
-  };
-  const std::string m2_lines = " ** On entry, m2 = 0\n ** Constraint: m2 >= 1.\n";
-  const std::vector<Call> calls = {
-      {0, 0, "A", 1, m2_lines},
-      {0, 0, "X", 1, m2_lines},
-      {0, 5, "X", 1, " ** On entry, m1 = 0\n ** Constraint: m1 >= 1.\n"},
-      {6, 5, "X", 1, " ** On entry, m1 = 6 and m2 = 5\n ** Constraint: m1 <= m2.\n"},
-      {5, 5, "X", 2, " ** On entry, order has an illegal value: order = 'X'\n"},
-  };
-  for (Call c : calls) {
-    Vec v = make("random", 10), before = v;
-    int64_t ifail = -1;
-    const std::string out =
-        zebtest::capture_stdout([&] { m01caf_(v.data(), &c.m1, &c.m2, c.order, &ifail, 1); });
-    EXPECT_EQ(ifail, c.ifail) << c.m1 << " " << c.m2 << " " << c.order;
-    EXPECT_EQ(out, c.lines + exit_lines("m01caf", int(c.ifail)));
-    EXPECT_TRUE(same_bits(v, before)) << "the vector was touched";
-  }
-  // The C entry: its own rendering, and the null and enum checks.
+    const char* lines;
+  } calls[] = {
+      {'c', 0, 0, "X", 1, " ** On entry, m2 = 0\n ** Constraint: m2 >= 1.\n"},
+      {'c', 0, 5, "X", 1, " ** On entry, m1 = 0\n ** Constraint: m1 >= 1.\n"},
+      {'c', 6, 5, "X", 1, " ** On entry, m1 = 6 and m2 = 5\n ** Constraint: m1 <= m2.\n"},
+      {'c', 5, 5, "X", 2, " ** On entry, order has an illegal value: order = 'X'\n"},
+      {'d', 1, 3, "x", 2, " ** On entry, order has an illegal value: order = 'x'\n"},
+      {'e', 1, 5, "", 2, " ** The ranks are not a permutation of the integers m1 to m2:\n"
+                         " ** the rank 2 occurs more than once.\n"}};
   Vec v = make("random", 10);
-  ZebError fail;
-  ZEB_INIT_FAIL(fail);
-  m01cac(v.data(), 0, 5, Zeb_Ascending, &fail);
-  EXPECT_EQ(fail.errnum, 1);
-  EXPECT_STREQ(fail.message, "NE_INT:\n  On entry, m1 = 0.\n  Constraint: m1 >= 1.");
-  m01cac(v.data(), 6, 5, Zeb_Ascending, &fail);
-  EXPECT_EQ(fail.code, NE_INT_2);
-  m01cac(v.data(), 1, 5, Zeb_SortOrder(0), &fail);
-  EXPECT_STREQ(fail.message, "NE_BAD_PARAM:\n  On entry, parameter order had an illegal value.");
-  m01cac(nullptr, 1, 5, Zeb_Ascending, &fail);
-  EXPECT_STREQ(fail.message, "NE_BAD_PARAM:\n  On entry, parameter rv had an illegal value.");
-}
-
-// ---- ranking and rearranging -----------------------------------------------
-
-TEST(Rank, StableRanksOfEveryShape) {
-  for (const char* shape : kShapes)
-    for (int64_t n : {1, 2, 17, 1000, 65537}) {
-      Vec v = make(shape, n, 9);
-      for (size_t i = 0; i < v.size(); i += 5) v[i] = (i % 2) ? 0.0 : -0.0;
-      for (bool desc : {false, true}) {
-        const size_t m = static_cast<size_t>(n);
-        std::vector<int64_t> idx(m), want(m), irank(m);
-        std::iota(idx.begin(), idx.end(), 0);
-        std::stable_sort(idx.begin(), idx.end(), [&](int64_t a, int64_t b) {
-          return desc ? v[size_t(a)] > v[size_t(b)] : v[size_t(a)] < v[size_t(b)];
-        });
-        for (size_t k = 0; k < idx.size(); ++k) want[size_t(idx[k])] = int64_t(k) + 1;
-        ZebError fail;
-        ZEB_INIT_FAIL(fail);
-        m01dac(v.data(), 1, n, desc ? Zeb_Descending : Zeb_Ascending, irank.data(), &fail);
-        ASSERT_EQ(fail.code, NE_NOERROR);
-        EXPECT_EQ(irank, want) << shape << " n = " << n;
-      }
-    }
-}
-
-TEST(Rank, RangeRanksStartAtM1AndRearrangeSortsCompanions) {
-  // Rank the middle of a vector, then carry a companion vector along.
-  const int64_t n = 300, m1 = 21, m2 = 260;
-  Vec key = make("duplicates", n, 4), sorted_key = key, other(static_cast<size_t>(n));
-  std::iota(other.begin(), other.end(), 0.0);
-  std::vector<int64_t> irank(size_t(n), -7);
-  int64_t ifail = 0;
-  m01daf_(key.data(), &m1, &m2, "A", irank.data(), &ifail, 1);
-  ASSERT_EQ(ifail, 0);
-  EXPECT_EQ(irank[0], -7);
-  EXPECT_EQ(irank[size_t(n - 1)], -7);
-  const std::vector<int64_t> ranks = irank;
-  m01eaf_(sorted_key.data(), &m1, &m2, irank.data(), &ifail);
-  EXPECT_EQ(irank, ranks) << "the ranks must be restored";
-  m01eaf_(other.data(), &m1, &m2, irank.data(), &ifail);
-  ASSERT_EQ(ifail, 0);
-  Vec want = key;
-  std::stable_sort(want.begin() + m1 - 1, want.begin() + m2);
-  EXPECT_EQ(sorted_key, want);
-  for (int64_t i = m1; i <= m2; ++i) {
-    // The companion holds the original positions, in stable order.
-    EXPECT_EQ(key[size_t(other[size_t(i - 1)])], sorted_key[size_t(i - 1)]);
-    if (i > m1 && sorted_key[size_t(i - 1)] == sorted_key[size_t(i - 2)]) {
-      EXPECT_GT(other[size_t(i - 1)], other[size_t(i - 2)]);
-    }
+  Ranks irank = {1, 2, 2, 4, 5, 6, 7, 8, 9, 10}, outside = {1, 2, 6, 4, 5};
+  const Vec v0 = v;
+  const Ranks irank0 = irank, outside0 = outside;
+  for (auto c : calls) {
+    const std::string name = std::string("m01") + c.routine + "af";
+    int64_t ifail = -1;
+    EXPECT_EQ(zebtest::capture_stdout([&] {
+                if (c.routine == 'c') m01caf_(v.data(), &c.m1, &c.m2, c.order, &ifail, 1);
+                if (c.routine == 'd')
+                  m01daf_(v.data(), &c.m1, &c.m2, c.order, irank.data(), &ifail, 1);
+                if (c.routine == 'e') m01eaf_(v.data(), &c.m1, &c.m2, irank.data(), &ifail);
+              }),
+              c.lines + exit_lines(name.c_str(), c.ifail));
+    EXPECT_EQ(ifail, c.ifail) << name << " " << c.m1 << " " << c.m2 << " " << c.order;
   }
-  EXPECT_EQ(other[0], 0.0);
-}
-
-TEST(RankFailures, RanksThatAreNotAPermutationBadOrderAndNulls) {
-  Vec v = {1, 2, 3, 4, 5}, before = v;
-  std::vector<int64_t> out_of_range = {1, 2, 6, 4, 5}, repeated = {1, 2, 2, 4, 5};
-  const auto keep_out = out_of_range, keep_rep = repeated;
-  ZebError fail;
-  ZEB_INIT_FAIL(fail);
-  m01eac(v.data(), 1, 5, out_of_range.data(), &fail);
-  EXPECT_EQ(fail.errnum, 2);
-  EXPECT_STREQ(fail.message,
-               "NE_INT_ARRAY_CONS:\n  The ranks are not a permutation of the integers m1 to m2:\n"
-               "  irank(3) = 6 lies outside the range m1 to m2.");
-  m01eac(v.data(), 3, 2, repeated.data(), &fail);  // the range checks come first
-  EXPECT_EQ(fail.code, NE_INT_2);
-  int64_t m1 = 1, m2 = 5, ifail = -1;
-  const std::string out =
-      zebtest::capture_stdout([&] { m01eaf_(v.data(), &m1, &m2, repeated.data(), &ifail); });
-  EXPECT_EQ(out,
-            " ** The ranks are not a permutation of the integers m1 to m2:\n"
-            " ** the rank 2 occurs more than once.\n" + exit_lines("m01eaf", 2));
-  EXPECT_EQ(v, before);
-  EXPECT_EQ(out_of_range, keep_out);
-  EXPECT_EQ(repeated, keep_rep);
-  m2 = 3;
-  m01daf_(v.data(), &m1, &m2, "x", repeated.data(), &ifail, 1);
-  EXPECT_EQ(ifail, 2);
-  m01dac(v.data(), 1, 3, Zeb_Ascending, nullptr, &fail);
-  EXPECT_STREQ(fail.message, "NE_BAD_PARAM:\n  On entry, parameter irank had an illegal value.");
-  m01eac(nullptr, 1, 3, repeated.data(), &fail);
-  EXPECT_STREQ(fail.message, "NE_BAD_PARAM:\n  On entry, parameter rv had an illegal value.");
-}
-
-TEST(Sort, NaNsGoLastInEitherOrderAndRanksAgree) {
-  const double nan = std::nan(""), neg = -std::nan("");
-  const Vec cases[] = {{3, nan, 1, 2, 0},    {nan, nan, 5, -1},  {2, 1, neg, 4, nan, 0},
-                       {nan},                {1, nan},           {nan, 7, 7, -0.0, 0.0, nan}};
-  const auto bits = [](const Vec& v) {
-    std::vector<uint64_t> b(v.size());
-    std::memcpy(b.data(), v.data(), v.size() * sizeof(double));
-    return b;
-  };
-  for (const Vec& data : cases) {
-    for (Zeb_SortOrder order : {Zeb_Ascending, Zeb_Descending}) {
-      // The numbers in order (stable, as std::stable_sort), then the NaNs as met.
-      Vec want, nans;
-      for (double x : data) (x == x ? want : nans).push_back(x);
-      if (order == Zeb_Ascending)
-        std::stable_sort(want.begin(), want.end());
-      else
-        std::stable_sort(want.begin(), want.end(), std::greater<double>());
-      want.insert(want.end(), nans.begin(), nans.end());
-      const Integer n = Integer(data.size());
-      Vec got = data;
-      ZebError fail;
-      ZEB_INIT_FAIL(fail);
-      m01cac(got.data(), 1, n, order, &fail);
-      EXPECT_EQ(fail.code, NE_NOERROR);
-      for (size_t i = 0; i < want.size(); ++i)  // signed zeros may trade places
-        EXPECT_TRUE(got[i] == want[i] || (got[i] != got[i] && want[i] != want[i])) << i;
-      std::vector<Integer> rank(data.size());
-      m01dac(data.data(), 1, n, order, rank.data(), &fail);
-      Vec ranked = data;
-      m01eac(ranked.data(), 1, n, rank.data(), &fail);
-      EXPECT_EQ(bits(ranked), bits(want)) << "the ranks order the data as stable sorting";
-    }
+  // The C entries' own renderings and checks (errnum 0: not set).
+  const struct {
+    std::function<void(ZebError*)> call;
+    Integer errnum;
+    const char* message;
+  } rows[] = {
+      {[&](ZebError* f) { m01cac(v.data(), 0, 5, Zeb_Ascending, f); }, 1,
+       "NE_INT:\n  On entry, m1 = 0.\n  Constraint: m1 >= 1."},
+      {[&](ZebError* f) { m01eac(v.data(), 3, 2, irank.data(), f); }, 1,
+       "NE_INT_2:\n  On entry, m1 = 3 and m2 = 2.\n  Constraint: m1 <= m2."},
+      {[&](ZebError* f) { m01eac(v.data(), 1, 5, outside.data(), f); }, 2,
+       "NE_INT_ARRAY_CONS:\n  The ranks are not a permutation of the integers m1 to m2:\n"
+       "  irank(3) = 6 lies outside the range m1 to m2."},
+      {[&](ZebError* f) { m01cac(v.data(), 1, 5, Zeb_SortOrder(0), f); }, 0,
+       "NE_BAD_PARAM:\n  On entry, parameter order had an illegal value."},
+      {[&](ZebError* f) { m01cac(nullptr, 1, 5, Zeb_Ascending, f); }, 0,
+       "NE_BAD_PARAM:\n  On entry, parameter rv had an illegal value."},
+      {[&](ZebError* f) { m01dac(v.data(), 1, 3, Zeb_Ascending, nullptr, f); }, 0,
+       "NE_BAD_PARAM:\n  On entry, parameter irank had an illegal value."},
+      {[&](ZebError* f) { m01eac(nullptr, 1, 3, irank.data(), f); }, 0,
+       "NE_BAD_PARAM:\n  On entry, parameter rv had an illegal value."}};
+  for (const auto& r : rows) {
+    ZebError f = quiet();
+    r.call(&f);
+    EXPECT_EQ(f.errnum, r.errnum) << r.message;
+    EXPECT_STREQ(f.message, r.message);
   }
+  EXPECT_TRUE(same_bits(v, v0));
+  EXPECT_EQ(irank, irank0);
+  EXPECT_EQ(outside, outside0);
 }
 
 }  // namespace
