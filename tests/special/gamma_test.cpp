@@ -4,7 +4,6 @@
 
 #include <cmath>
 #include <cstdlib>
-#include <cstring>
 #include <limits>
 #include <map>
 #include <string>
@@ -14,163 +13,132 @@
 
 namespace {
 
+const double kMax = std::numeric_limits<double>::max();
+
 double ulps(double got, double want) {
-  if (got == want) return 0.0;
+  if (got == want || (got != got && want != want)) return 0.0;
   const double ulp = std::nextafter(std::fabs(want), INFINITY) - std::fabs(want);
   return std::fabs(got - want) / ulp;
 }
 
-double gamma_f(double x, int64_t* ifail) { return s14aaf_(&x, ifail); }
-
-// Largest error in ulps per range of the reference table.
-std::map<std::string, double> worst(bool log_gamma) {
-  std::map<std::string, double> w;
-  for (const auto& r : zebtest::read_table("gamma_ref.txt")) {
-    const std::string& want = log_gamma ? r[3] : r[2];
-    if (want == "-") continue;
-    const double x = std::strtod(r[1].c_str(), nullptr);
-    ZebError fail;
-    ZEB_INIT_FAIL(fail);
-    const double got = log_gamma ? s14abc(&fail, x) : s14aac(&fail, x);
-    EXPECT_EQ(fail.code, NE_NOERROR) << x;
-    double& e = w[r[0]];
-    e = std::max(e, ulps(got, std::strtod(want.c_str(), nullptr)));
-  }
-  return w;
-}
-
-TEST(Gamma, AccuracyAgainstHighPrecisionReference) {
-  // Bounds a little above what the method achieves: the product of up to
-  // 169 factors for large x, and the product for negative x, each add
-  // rounding errors.
-  const std::map<std::string, double> bound = {{"tiny", 2}, {"unit", 3},   {"small", 2},
-                                               {"mid", 4},  {"large", 16}, {"neg", 16}};
-  const auto w = worst(false);
-  for (const auto& [range, b] : bound) {
-    ASSERT_TRUE(w.count(range)) << range;
-    EXPECT_LE(w.at(range), b) << range;
-    std::printf("[ gamma ] %-6s max error %.1f ulp\n", range.c_str(), w.at(range));
-  }
-}
-
-TEST(LogGamma, AccuracyAgainstHighPrecisionReference) {
-  const std::map<std::string, double> bound = {{"tiny", 2}, {"unit", 4},  {"small", 6},
-                                               {"mid", 4},  {"large", 3}, {"huge", 2}};
-  const auto w = worst(true);
-  for (const auto& [range, b] : bound) {
-    ASSERT_TRUE(w.count(range)) << range;
-    EXPECT_LE(w.at(range), b) << range;
-    std::printf("[ lgamma ] %-6s max error %.1f ulp\n", range.c_str(), w.at(range));
-  }
-}
-
-TEST(Gamma, RecurrenceAndReflectionHold) {
-  for (double x = -30.7; x < 160.0; x += 0.8125) {
-    int64_t i1 = 1, i2 = 1;
-    const double g = gamma_f(x, &i1), g1 = gamma_f(x + 1.0, &i2);
-    ASSERT_EQ(i1 + i2, 0) << x;
-    EXPECT_NEAR(g1 / (x * g), 1.0, 2e-13) << x;
-  }
-  // Gamma(x) Gamma(1 - x) = pi / sin(pi x).
-  for (double x = 0.03125; x < 1.0; x += 0.0625) {
-    int64_t i = 1;
-    const double p = gamma_f(x, &i) * gamma_f(1.0 - x, &i);
-    EXPECT_NEAR(p * std::sin(M_PI * x) / M_PI, 1.0, 1e-14) << x;  // sin(pi x) limits it
-  }
-}
-
-TEST(Gamma, BoundariesOfTheRanges) {
+double gamma_ok(double x) {
   int64_t ifail = 1;
-  EXPECT_NEAR(gamma_f(170.0, &ifail), 4.2690680090047052749392e304, 1e290);
-  EXPECT_EQ(ifail, 0);
-  ifail = 1;
-  EXPECT_EQ(gamma_f(std::nextafter(170.0, 200.0), &ifail), 4.3e304);
-  EXPECT_EQ(ifail, 1);
-  ifail = 1;
-  EXPECT_EQ(gamma_f(-170.0, &ifail), 4.3e304);
-  EXPECT_EQ(ifail, 4);
-  ifail = 1;
-  EXPECT_EQ(gamma_f(-170.5, &ifail), 0.0);
-  EXPECT_EQ(ifail, 2);
-  ifail = 1;
-  EXPECT_EQ(gamma_f(1.0e-17, &ifail), 1.0 / 1.0e-17);
-  EXPECT_EQ(ifail, 0);
-  for (double x : {1.0e-310, 0.0, -0.0}) {
-    ifail = 1;
-    EXPECT_EQ(gamma_f(x, &ifail), 4.4843049327354256e+307) << x;
-    EXPECT_EQ(ifail, 3);
-  }
-  ifail = 1;
-  EXPECT_EQ(gamma_f(-1.0e-310, &ifail), -4.4843049327354256e+307);
-  EXPECT_EQ(ifail, 3);
-  // The whole numbers 1 and 2 both reduce to g = 0, the polynomial at t = -1.
-  ifail = 1;
-  EXPECT_EQ(gamma_f(1.0, &ifail), gamma_f(2.0, &ifail));
-  EXPECT_NEAR(gamma_f(1.0, &ifail), 1.0, 2e-16);
-  // Negative non-integers are the true Gamma(x).
-  EXPECT_NEAR(gamma_f(-0.5, &ifail), -3.5449077018110318, 1e-15);
-  EXPECT_NEAR(gamma_f(-1.5, &ifail), 2.3632718012073548, 1e-15);
-  EXPECT_NEAR(gamma_f(-2.5, &ifail), -0.94530872048294188123, 1e-15);
-  EXPECT_EQ(ifail, 0);
-  // Not a number is passed through without a failure.
-  ifail = 1;
-  EXPECT_TRUE(std::isnan(gamma_f(std::numeric_limits<double>::quiet_NaN(), &ifail)));
-  EXPECT_EQ(ifail, 0);
-  ifail = 1;
-  EXPECT_EQ(gamma_f(INFINITY, &ifail), 4.3e304);
-  EXPECT_EQ(ifail, 1);
+  const double g = s14aaf_(&x, &ifail);
+  EXPECT_EQ(ifail, 0) << x;
+  return g;
 }
 
-struct CCase {
-  double x;
+// Bounds a little above what the method achieves: the product of up to 169
+// factors for large x, and the product for negative x, each add rounding
+// errors.
+TEST(GammaAndLogGamma, AccuracyAgainstHighPrecisionReference) {
+  const std::map<std::string, double> bounds[2] = {
+      {{"tiny", 2}, {"unit", 3}, {"small", 2}, {"mid", 4}, {"large", 16}, {"neg", 16}},
+      {{"tiny", 2}, {"unit", 4}, {"small", 6}, {"mid", 4}, {"large", 3}, {"huge", 2}}};
+  const auto rows = zebtest::read_table("gamma_ref.txt");
+  for (int log_gamma : {0, 1}) {
+    std::map<std::string, double> worst;
+    for (const auto& r : rows) {
+      const std::string& want = r[size_t(2 + log_gamma)];
+      if (want == "-") continue;
+      const double x = std::strtod(r[1].c_str(), nullptr);
+      ZebError fail;
+      ZEB_INIT_FAIL(fail);
+      const double got = log_gamma ? s14abc(&fail, x) : s14aac(&fail, x);
+      EXPECT_EQ(fail.code, NE_NOERROR) << x;
+      worst[r[0]] = std::max(worst[r[0]], ulps(got, std::strtod(want.c_str(), nullptr)));
+    }
+    EXPECT_EQ(worst.size(), bounds[log_gamma].size());
+    for (const auto& [range, b] : bounds[log_gamma]) {
+      EXPECT_LE(worst.at(range), b) << range << (log_gamma ? " ln Gamma" : " Gamma");
+      std::printf("[ %s ] %-6s max error %.1f ulp\n", log_gamma ? "lgamma" : "gamma",
+                  range.c_str(), worst.at(range));
+    }
+  }
+}
+
+// Gamma(x + 1) = x Gamma(x), and Gamma(x) Gamma(1 - x) = pi / sin(pi x)
+// (sin(pi x) limits the second).
+TEST(Gamma, RecurrenceAndReflectionHold) {
+  for (double x = -30.7; x < 160.0; x += 0.8125)
+    EXPECT_NEAR(gamma_ok(x + 1.0) / (x * gamma_ok(x)), 1.0, 2e-13) << x;
+  for (double x = 0.03125; x < 1.0; x += 0.0625)
+    EXPECT_NEAR(gamma_ok(x) * gamma_ok(1.0 - x) * std::sin(M_PI * x) / M_PI, 1.0, 1e-14) << x;
+}
+
+struct Row {
+  double x, want, tol;  // tol: ulps from the reference value (mpmath)
+  int64_t ifail;
   int code;
-  int64_t errnum;
-  double result;
-  const char* message;
+  const char* message;  // the C text, when it fails
 };
 
-TEST(Gamma, CMessagesOfEveryFailure) {
-  const CCase cases[] = {
-      {171.5, NE_REAL_ARG_GT, 1, 4.3e304,
+// Every row through both entries: the value, ifail and errnum, the C text.
+void check(bool log_gamma, const Row& r) {
+  int64_t ifail = 1;
+  double x = r.x;
+  const double f = log_gamma ? s14abf_(&x, &ifail) : s14aaf_(&x, &ifail);
+  EXPECT_LE(ulps(f, r.want), r.tol) << r.x << " gave " << f;
+  EXPECT_EQ(ifail, r.ifail) << r.x;
+  ZebError fail;
+  ZEB_INIT_FAIL(fail);
+  const double c = log_gamma ? s14abc(&fail, r.x) : s14aac(&fail, r.x);
+  EXPECT_EQ(ulps(c, f), 0.0) << r.x;
+  EXPECT_EQ(fail.errnum, r.ifail) << r.x;
+  EXPECT_EQ(fail.code, r.code) << r.x;
+  if (r.message) {
+    EXPECT_STREQ(fail.message, r.message);
+  }
+}
+
+TEST(Gamma, BoundariesOfTheRangesAndFailures) {
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  const Row rows[] = {
+      {170.0, 4.269068009004705274939e304, 16, 0, NE_NOERROR, nullptr},
+      {std::nextafter(170.0, 200.0), 4.3e304, 0, 1, NE_REAL_ARG_GT, nullptr},
+      {INFINITY, 4.3e304, 0, 1, NE_REAL_ARG_GT, nullptr},
+      {171.5, 4.3e304, 0, 1, NE_REAL_ARG_GT,
        "NE_REAL_ARG_GT:\n  On entry, x = 171.5.\n  Constraint: x <= 170.0.\n"
        "  The argument is too large, the function returns the approximate value of\n"
        "  Gamma(x) at the nearest valid argument."},
-      {-200.0, NE_REAL_ARG_LT, 2, 0.0,
+      {-170.5, 0.0, 0, 2, NE_REAL_ARG_LT, nullptr},
+      {-200.0, 0.0, 0, 2, NE_REAL_ARG_LT,
        "NE_REAL_ARG_LT:\n  On entry, x = -200.0.\n  The function returns zero.\n"
        "  Constraint: x >= -170.0.\n"
        "  The argument is too large and negative, the function returns zero."},
-      {1e-310, NE_REAL_ARG_TOO_SMALL, 3, 4.4843049327354256e+307,
+      {1.0e-17, 1.0e17, 1, 0, NE_NOERROR, nullptr},
+      {0.0, 4.4843049327354256e+307, 0, 3, NE_REAL_ARG_TOO_SMALL, nullptr},
+      {-0.0, 4.4843049327354256e+307, 0, 3, NE_REAL_ARG_TOO_SMALL, nullptr},
+      {-1e-310, -4.4843049327354256e+307, 0, 3, NE_REAL_ARG_TOO_SMALL, nullptr},
+      {1e-310, 4.4843049327354256e+307, 0, 3, NE_REAL_ARG_TOO_SMALL,
        "NE_REAL_ARG_TOO_SMALL:\n  On entry, x = 1.0e-310.\n  Constraint: abs(x) >= 2.23e-308.\n"
        "  The argument is too close to zero, the function returns the approximate\n"
        "  value of Gamma(x) at the nearest valid argument."},
-      {-3.0, NE_REAL_ARG_NEG_INT, 4, 4.3e304,
+      {-170.0, 4.3e304, 0, 4, NE_REAL_ARG_NEG_INT, nullptr},
+      {-3.0, 4.3e304, 0, 4, NE_REAL_ARG_NEG_INT,
        "NE_REAL_ARG_NEG_INT:\n  On entry, x = -3.0.\n"
        "  Constraint: x must not be a negative integer.\n"
        "  The argument is a negative integer, at which values Gamma(x) is infinite.\n"
        "  The function returns a large positive value."},
+      // 1 and 2 both reduce to the polynomial at t = -1; negative
+      // non-integers are the true Gamma(x); NaN passes without a failure.
+      {1.0, 1.0, 1, 0, NE_NOERROR, "NE_NOERROR:\n  No error."},
+      {2.0, 1.0, 1, 0, NE_NOERROR, nullptr},
+      {-0.5, -3.544907701811032054596, 4, 0, NE_NOERROR, nullptr},
+      {-1.5, 2.363271801207354703064, 4, 0, NE_NOERROR, nullptr},
+      {-2.5, -0.9453087204829418812257, 4, 0, NE_NOERROR, nullptr},
+      {nan, nan, 0, 0, NE_NOERROR, nullptr},
   };
-  for (const auto& c : cases) {
-    ZebError fail;
-    ZEB_INIT_FAIL(fail);
-    EXPECT_EQ(s14aac(&fail, c.x), c.result);
-    EXPECT_EQ(fail.code, c.code);
-    EXPECT_EQ(fail.errnum, c.errnum);
-    EXPECT_STREQ(fail.message, c.message);
-  }
+  for (const Row& r : rows) check(false, r);
   ZebError fail;
   ZEB_INIT_FAIL(fail);
-  fail.code = 99;
+  fail.code = 99;  // a success clears what the structure held
   EXPECT_NEAR(s14aac(&fail, 4.0), 6.0, 1e-14);
   EXPECT_EQ(fail.code, NE_NOERROR);
-  EXPECT_STREQ(fail.message, "NE_NOERROR:\n  No error.");
-}
-
-TEST(Gamma, FortranLinesOfANoisyFailure) {
-  const std::string out = zebtest::capture_stdout([] {
-    int64_t ifail = -1;
-    gamma_f(-4.0, &ifail);
-    EXPECT_EQ(ifail, 4);
-  });
+  int64_t ifail = -1;
+  double x = -4.0;
+  const std::string out = zebtest::capture_stdout([&] { s14aaf_(&x, &ifail); });
+  EXPECT_EQ(ifail, 4);
   EXPECT_EQ(out,
             " ** On entry, x = -4.0\n"
             " ** Constraint: x must not be a negative integer.\n"
@@ -180,33 +148,23 @@ TEST(Gamma, FortranLinesOfANoisyFailure) {
             " ** ZEB soft failure - control returned\n");
 }
 
+// ln Gamma at the ends of its ranges, where each end belongs to the range
+// below (reference values: mpmath, 40 digits).
 TEST(LogGamma, BranchesAndBoundaries) {
-  ZebError fail;
-  ZEB_INIT_FAIL(fail);
-  EXPECT_EQ(s14abc(&fail, 0.0), std::numeric_limits<double>::max());
-  EXPECT_EQ(fail.code, NE_REAL_ARG_LE);
-  EXPECT_EQ(fail.errnum, 1);
-  EXPECT_STREQ(fail.message, "NE_REAL_ARG_LE:\n  On entry, x = 0.0.\n  Constraint: x > 0.0.");
-  EXPECT_EQ(s14abc(&fail, -1.0), 0.0);
-  EXPECT_EQ(fail.code, NE_REAL_ARG_LE);
-  EXPECT_EQ(s14abc(&fail, 3e305), std::numeric_limits<double>::max());
-  EXPECT_EQ(fail.code, NE_REAL_ARG_GT);
-  EXPECT_EQ(fail.errnum, 2);
-  EXPECT_STREQ(fail.message, "NE_REAL_ARG_GT:\n  On entry, x = 3.0e+305.\n  Constraint: x <= x_big.");
-  EXPECT_EQ(s14abc(&fail, 1.0e-20), -std::log(1.0e-20));
-  EXPECT_EQ(fail.code, NE_NOERROR);
-  // ln Gamma at the range ends, where each end belongs to the range below
-  // (reference values: mpmath, 40 digits).
-  const double at[][2] = {{1.5, -0.12078223763524522234},
-                          {4.0, 1.7917594692280550008},
-                          {12.0, 17.502307845873885839},
-                          {0.6796875, 0.28624281231900129998},
-                          {2.55e305, 1.790672594142003344e+308}};
-  for (const auto& p : at) EXPECT_LE(ulps(s14abc(&fail, p[0]), p[1]), 3.0) << p[0];
-  int64_t ifail = 1;
-  double x = 0.0;
-  EXPECT_EQ(s14abf_(&x, &ifail), std::numeric_limits<double>::max());
-  EXPECT_EQ(ifail, 1);
+  const Row rows[] = {
+      {0.0, kMax, 0, 1, NE_REAL_ARG_LE,
+       "NE_REAL_ARG_LE:\n  On entry, x = 0.0.\n  Constraint: x > 0.0."},
+      {-1.0, 0.0, 0, 1, NE_REAL_ARG_LE, nullptr},
+      {3e305, kMax, 0, 2, NE_REAL_ARG_GT,
+       "NE_REAL_ARG_GT:\n  On entry, x = 3.0e+305.\n  Constraint: x <= x_big."},
+      {1.0e-20, 46.051701859880913680, 1, 0, NE_NOERROR, nullptr},
+      {1.5, -0.12078223763524522234, 3, 0, NE_NOERROR, nullptr},
+      {4.0, 1.7917594692280550008, 3, 0, NE_NOERROR, nullptr},
+      {12.0, 17.502307845873885839, 3, 0, NE_NOERROR, nullptr},
+      {0.6796875, 0.28624281231900129998, 3, 0, NE_NOERROR, nullptr},
+      {2.55e305, 1.790672594142003344e+308, 3, 0, NE_NOERROR, nullptr},
+  };
+  for (const Row& r : rows) check(true, r);
 }
 
 }  // namespace
