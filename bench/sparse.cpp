@@ -4,7 +4,9 @@
 //   library's solver behind Ipopt's MA97 interface) and with MUMPS: total
 //   time, Ipopt's own record of the time spent factorising, iterations;
 // - one factorisation of a KKT matrix of the control problem: analysis and
-//   factorisation, and the entries stored for the factors.
+//   factorisation, and the entries stored for the factors;
+// - the rate of the factorisation of one large dense front against the
+//   BLAS's dgemm (the solver's rate on its largest fronts).
 #include <IpIpoptApplication.hpp>
 #include <IpIpoptData.hpp>
 #include <IpSolveStatistics.hpp>
@@ -16,6 +18,7 @@
 
 #include "bench/problems.hpp"
 #include "bench/ratios.hpp"
+#include "linalg/blas.hpp"
 #include "linalg/sparse.hpp"
 
 namespace {
@@ -120,6 +123,39 @@ void mumps_factor(benchmark::State& state) {
   state.counters["factor_entries"] = entries;
 }
 
+// The largest fronts: a dense symmetric indefinite matrix of order n (one
+// front) factorised by the solver, and the BLAS's dgemm on the update of
+// the same order (C -= A B', n x n x n/2); the counter is the rate in
+// Gflop/s (n^3/3 for the factorisation, n^3 for the product).
+void dense_front(benchmark::State& state) {
+  const int64_t n = state.range(0);
+  zeb::sparse::Pattern a;
+  std::vector<double> v;
+  uint64_t seed = 1;
+  for (int64_t j = 0; j < n; ++j) {
+    for (int64_t i = j; i < n; ++i) {
+      seed = seed * 6364136223846793005ULL + 1442695040888963407ULL;
+      a.rowind.push_back(i), v.push_back(double(seed >> 11) * 0x1p-53 - 0.5);
+    }
+    a.colptr.push_back(int64_t(a.rowind.size()));
+  }
+  a.n = n;
+  const zeb::sparse::Symbolic s = zeb::sparse::analyse(a, zeb::sparse::Ordering::Natural, 8);
+  zeb::sparse::Numeric f;
+  for (auto _ : state) zeb::sparse::factor(a, v, s, 0.01, 0.0, f);
+  state.counters["gflops"] = benchmark::Counter(double(n) * double(n) * double(n) / 3e9,
+                                                benchmark::Counter::kIsIterationInvariantRate);
+}
+
+void dense_dgemm(benchmark::State& state) {
+  const int64_t n = state.range(0), k = n / 2;
+  std::vector<double> a(size_t(n * k), 0.5), c(size_t(n * n), 1.0);
+  zeb::blas::load();
+  for (auto _ : state) zeb::blas::dgemm('N', 'T', n, n, k, -1.0, a.data(), n, a.data(), n, 1.0, c.data(), n);
+  state.counters["gflops"] = benchmark::Counter(2.0 * double(n) * double(n) * double(k) / 1e9,
+                                                benchmark::Counter::kIsIterationInvariantRate);
+}
+
 void sizes(benchmark::internal::Benchmark* b, const long* s) {
   for (int i = 0; i < 3; ++i) b->Arg(s[i]);
   b->Unit(benchmark::kMillisecond)->Iterations(1);
@@ -133,6 +169,8 @@ BENCHMARK_CAPTURE(control, zeb, "ma97")->Name("zeb_ma97/control")->Apply([](auto
 BENCHMARK_CAPTURE(control, mumps, "mumps")->Name("mumps/control")->Apply([](auto* b) { sizes(b, kGrid); });
 BENCHMARK(zeb_factor)->Name("zeb_factor/kkt")->Apply([](auto* b) { sizes(b, kGrid); });
 BENCHMARK(mumps_factor)->Name("mumps_factor/kkt")->Apply([](auto* b) { sizes(b, kGrid); });
+BENCHMARK(dense_front)->Name("zeb_factor/dense")->Arg(2000)->Arg(4000)->Unit(benchmark::kMillisecond)->UseRealTime()->MinTime(2.0);
+BENCHMARK(dense_dgemm)->Name("blas_dgemm/dense")->Arg(2000)->Arg(4000)->Unit(benchmark::kMillisecond)->UseRealTime()->MinTime(2.0);
 
 int main(int argc, char** argv) {
   std::vector<zebbench::Pair> pairs;

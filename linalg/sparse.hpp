@@ -4,7 +4,9 @@
 // included, in compressed columns.  linalg/SPARSE.md describes the data.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <vector>
 
 namespace zeb::sparse {
@@ -57,6 +59,25 @@ Symbolic analyse(const Pattern& a, std::vector<int64_t> perm, int64_t nemin);
 // order() and analyse() together, Best trying both orderings.
 Symbolic analyse(const Pattern& a, Ordering how, int64_t nemin);
 
+// The allocator of the factorisation's large arrays: from 2 MiB up, blocks
+// are 2 MiB-aligned and offered to the kernel as transparent huge pages
+// (a large front is first touched with far fewer page faults).
+void* allocate_large(size_t bytes);
+template <class T>
+struct LargeAllocator {
+  using value_type = T;
+  LargeAllocator() = default;
+  template <class U>
+  LargeAllocator(const LargeAllocator<U>&) {}
+  T* allocate(size_t n) { return static_cast<T*>(allocate_large(n * sizeof(T))); }
+  void deallocate(T* p, size_t) { std::free(p); }
+  template <class U>
+  bool operator==(const LargeAllocator<U>&) const { return true; }
+  template <class U>
+  bool operator!=(const LargeAllocator<U>&) const { return false; }
+};
+using LargeVector = std::vector<double, LargeAllocator<double>>;
+
 // The numeric factorisation P A P' = L D L' of a matrix with the analysed
 // pattern (values aligned with Pattern::rowind), with threshold pivoting:
 // inside each front a fully summed column is a 1x1 pivot when its diagonal
@@ -70,13 +91,19 @@ struct Numeric {
   // the npiv[f] pivots first in order; its block of L, rows x npiv[f] column
   // by column (unit diagonal, zeros above), from l[l_start[f]].
   std::vector<int64_t> rows, row_start{0}, npiv, l_start{0};
-  std::vector<double> l;
+  LargeVector l;
   std::vector<double> d;      // per pivot in elimination order: the diagonal of D
   std::vector<double> dsub;   // the subdiagonal of a 2x2 block (0 for 1x1 pivots)
   std::vector<char> two;      // 1 at the first pivot of a 2x2 block
   int64_t num_pos = 0, num_neg = 0, num_zero = 0;  // the inertia of A
   int64_t num_delay = 0;      // columns passed to a parent front
   int64_t num_two = 0;        // 2x2 pivots
+  // Working storage of the factorisation, kept for the next one.
+  struct Scratch {
+    std::vector<int64_t> cptr, crow;  // the lower triangle of P A P' by columns
+    std::vector<double> cval, panel;
+    LargeVector front, blocks;
+  } scratch;
 };
 // `out` is overwritten; its storage is reused (refactorisations of one
 // pattern allocate nothing new).

@@ -4,7 +4,10 @@
 // fully summed columns are eliminated in panels: pivots are chosen and
 // applied within the panel, then the rest of the front is updated at once
 // through the BLAS (dgemm), the contribution blocks wait on a stack.
+#include <sys/mman.h>
+
 #include <algorithm>
+#include <new>
 #include <cmath>
 #include <stdexcept>
 
@@ -189,14 +192,29 @@ int64_t eliminate(const Dense& F, int64_t nfs, bool root, double u, double small
 
 }  // namespace
 
+void* allocate_large(size_t bytes) {
+  constexpr size_t kHuge = size_t(1) << 21;
+  void* p = nullptr;
+  if (bytes >= kHuge) {
+    const size_t rounded = (bytes + kHuge - 1) / kHuge * kHuge;
+    p = std::aligned_alloc(kHuge, rounded);
+    if (p) madvise(p, rounded, MADV_HUGEPAGE);
+  } else {
+    p = std::malloc(bytes ? bytes : 1);
+  }
+  if (!p) throw std::bad_alloc();
+  return p;
+}
+
 void factor(const Pattern& a, const std::vector<double>& values, const Symbolic& s, double u,
             double small, Numeric& out) {
   const int64_t n = a.n;
   if (int64_t(values.size()) != int64_t(a.rowind.size()))
     throw std::invalid_argument("values do not match the pattern");
   // The lower triangle of P A P' by columns.
-  Index cptr(size_t(n) + 1, 0), crow(a.rowind.size());
-  std::vector<double> cval(a.rowind.size());
+  Index &cptr = out.scratch.cptr, &crow = out.scratch.crow;
+  std::vector<double>& cval = out.scratch.cval;
+  cptr.assign(size_t(n) + 1, 0), crow.resize(a.rowind.size()), cval.resize(a.rowind.size());
   for (int64_t j = 0; j < n; ++j)
     for (int64_t p = a.colptr[size_t(j)]; p < a.colptr[size_t(j) + 1]; ++p)
       ++cptr[size_t(std::min(s.invp[size_t(a.rowind[size_t(p)])], s.invp[size_t(j)])) + 1];
@@ -230,7 +248,11 @@ void factor(const Pattern& a, const std::vector<double>& values, const Symbolic&
   };
   std::vector<Block> stack;
   Index stack_rows;
-  std::vector<double> stack_vals;
+  // The front, the panel's copies and the blocks' values live in the
+  // factors' scratch storage, kept for the next factorisation.
+  LargeVector &work = out.scratch.front, &stack_vals = out.scratch.blocks;
+  std::vector<double>& W = out.scratch.panel;
+  stack_vals.clear();
 
   // Cleared, keeping the storage; delays make the factors larger than the
   // analysis foresaw, the margin absorbs the usual few.
@@ -247,7 +269,6 @@ void factor(const Pattern& a, const std::vector<double>& values, const Symbolic&
   out.rows.reserve(size_t(rows_size + rows_size / 4));
   out.l.reserve(size_t(l_size + l_size / 4));
   Index local(static_cast<size_t>(n), -1), rows;
-  std::vector<double> work, W;
   for (size_t f = 0; f < nf; ++f) {
     const size_t first = stack.size() - size_t(nchild[f]);  // the children's blocks
     // The rows: fully summed (own columns, then the children's delayed
