@@ -9,6 +9,8 @@
 #include <cstdlib>
 #include <vector>
 
+#include "zeb/types.h"
+
 namespace zeb::sparse {
 
 // The lower triangle of a symmetric matrix: the rows of column j are
@@ -145,5 +147,21 @@ std::vector<double> scaling(const Pattern& a, const std::vector<double>& values,
 // asked for is returned as ones).  Before Ipopt starts; the second call
 // and later ones do nothing.
 void register_with_ipopt();
+
+// The MA97 entry points write their diagnostics (Ipopt's ma97_print_level
+// 1 or more: the analysis, each factorisation's inertia and delays; 2 or
+// more: each solve) as records on the advisory unit, through the record
+// writer of the engine data that a Diagnostics on the calling thread holds
+// (the library's own without one).
+class Diagnostics {
+ public:
+  explicit Diagnostics(ZebEnData* en);
+  ~Diagnostics();
+  Diagnostics(const Diagnostics&) = delete;
+  Diagnostics& operator=(const Diagnostics&) = delete;
+
+ private:
+  ZebEnData* outer_;
+};
 
 }  // namespace zeb::sparse

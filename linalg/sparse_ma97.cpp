@@ -4,10 +4,13 @@
 // their own, and nothing here is exported.
 #include <algorithm>
 #include <cstddef>
+#include <cstdio>
 #include <mutex>
 #include <new>
 
 #include "HSLLoader.h"
+#include "frame/frame.hpp"
+#include "frame/units.hpp"
 #include "linalg/sparse.hpp"
 
 struct ma97_control {
@@ -63,6 +66,24 @@ struct Factors {
   Numeric f;
 };
 
+thread_local ZebEnData* t_en = nullptr;  // the Diagnostics in force
+
+// One diagnostic record on the advisory unit when print_level >= level.
+template <class... T>
+void diagnose(const ma97_control* c, int level, const char* fmt, T... args) {
+  if (c->print_level < level) return;
+  char line[200];
+  const int len = std::snprintf(line, sizeof line, fmt, args...);
+  ZebEnData own;
+  if (!t_en) y90haan_(&own);
+  zeb::write_record(t_en ? t_en : &own, zeb::g_advisory_unit, line,
+                    std::min<int64_t>(len, int64_t(sizeof line) - 1));
+}
+
+const char* ordering_name(Ordering o) {
+  return o == Ordering::Metis ? "METIS" : o == Ordering::Amd ? "AMD" : "given";
+}
+
 Pattern pattern(int n, const int ptr[], const int row[], int base) {
   Pattern a;
   a.n = n;
@@ -117,6 +138,11 @@ void analyse(int, int n, const int ptr[], const int row[], double[], void** akee
     info->ordering = k->s.ordering == Ordering::Metis ? 3 : k->s.ordering == Ordering::Amd ? 1 : 0;
     info->matrix_rank = n;
     for (int64_t r : k->s.front_rows) info->maxfront = std::max(info->maxfront, int(r));
+    diagnose(c, 1,
+             "MA97 analyse: n = %d, entries = %lld, ordering %s, fronts = %d, largest front = %d, "
+             "factor entries = %ld, flops = %.3e",
+             n, static_cast<long long>(k->a.rowind.size()), ordering_name(k->s.ordering),
+             info->num_sup, info->maxfront, info->num_factor, k->s.flops);
   } catch (const std::bad_alloc&) {
     info->flag = kAllocation;
   }
@@ -138,13 +164,18 @@ void factor(int, const int ptr[], const int[], const double val[], void** akeep,
     info->num_flops = long(k.s.flops);
     info->matrix_rank = int(k.a.n - f->f.num_zero);
     if (f->f.num_zero > 0) info->flag = c->action ? kSingular : -kSingular;
+    diagnose(c, 1,
+             "MA97 factor: u = %.3e, inertia (%lld, %lld, %lld), delayed = %d, 2x2 pivots = %d, "
+             "flag = %d",
+             c->u, static_cast<long long>(f->f.num_pos), static_cast<long long>(f->f.num_neg),
+             static_cast<long long>(f->f.num_zero), info->num_delay, info->num_two, info->flag);
     if (scale && c->scaling != 0) std::fill(scale, scale + k.a.n, 1.0);  // not scaled
   } catch (const std::bad_alloc&) {
     info->flag = kAllocation;
   }
 }
 
-void solve(int, int nrhs, double* x, int ldx, void** akeep, void** fkeep, const ma97_control*,
+void solve(int, int nrhs, double* x, int ldx, void** akeep, void** fkeep, const ma97_control* c,
            ma97_info* info) {
   clear(info);
   const Analysis& k = *static_cast<Analysis*>(*akeep);
@@ -158,6 +189,7 @@ void solve(int, int nrhs, double* x, int ldx, void** akeep, void** fkeep, const 
       std::copy(b.begin(), b.end(), col);
     }
     info->num_neg = int(f.f.num_neg);
+    diagnose(c, 2, "MA97 solve: %d right-hand side(s)", nrhs);
   } catch (const std::bad_alloc&) {
     info->flag = kAllocation;
   }
@@ -198,6 +230,9 @@ void factor_solve_entry(const int type, const int ptr[], const int row[], const 
 }
 
 }  // namespace
+
+Diagnostics::Diagnostics(ZebEnData* en) : outer_(t_en) { t_en = en; }
+Diagnostics::~Diagnostics() { t_en = outer_; }
 
 void register_with_ipopt() {
   static std::once_flag once;

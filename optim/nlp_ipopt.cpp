@@ -906,6 +906,7 @@ ZEB_API void e04stfn_(ZebEnData* en, void* handle, ObjfunM mobjfun, ObjfunF objf
   if (en->host_function) static_cast<CFunctions*>(en->host_handle1)->comm->flag = 0;
   p->solver = kSolverNlp;
   p->phase = kSolving;
+  const zeb::sparse::Diagnostics diagnostics(en);  // the linear solver's records
   const Ipopt::ApplicationReturnStatus status =
       options_ok ? app->OptimizeTNLP(Ipopt::GetRawPtr(nlp)) : Ipopt::Invalid_Option;
   const zeb::Msg<0>* row = nlp->stopped() ? &kUserStop : outcome(status);

@@ -1,0 +1,114 @@
+// The solver behind Ipopt's MA97 interface, seen from Ipopt: its records on
+// the advisory unit, and each scaling Ipopt can ask for.  The problem,
+// minimise sum (x_i - i)^2 subject to x_0 + x_1 + x_2 = 1, has a KKT
+// matrix of order 4 with 7 entries in its lower triangle and inertia
+// (3, 1, 0); its optimum is x_i = i - 2/3, objective 4/3.
+#include <IpIpoptApplication.hpp>
+#include <IpTNLP.hpp>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "common/testing.hpp"
+#include "linalg/sparse.hpp"
+
+namespace {
+
+using Ipopt::Index;
+
+class Projection : public Ipopt::TNLP {
+ public:
+  bool get_nlp_info(Index& n, Index& m, Index& nj, Index& nh, IndexStyleEnum& s) override {
+    n = 3, m = 1, nj = 3, nh = 3, s = C_STYLE;
+    return true;
+  }
+  bool get_bounds_info(Index, double* xl, double* xu, Index, double* gl, double* gu) override {
+    for (int j = 0; j < 3; ++j) xl[j] = -1e20, xu[j] = 1e20;
+    gl[0] = gu[0] = 1.0;
+    return true;
+  }
+  bool get_starting_point(Index, bool, double* x, bool, double*, double*, Index, bool,
+                          double*) override {
+    x[0] = x[1] = x[2] = 0.0;
+    return true;
+  }
+  bool eval_f(Index, const double* x, bool, double& f) override {
+    f = 0.0;
+    for (int j = 0; j < 3; ++j) f += (x[j] - j) * (x[j] - j);
+    return true;
+  }
+  bool eval_grad_f(Index, const double* x, bool, double* g) override {
+    for (int j = 0; j < 3; ++j) g[j] = 2.0 * (x[j] - j);
+    return true;
+  }
+  bool eval_g(Index, const double* x, bool, Index, double* c) override {
+    c[0] = x[0] + x[1] + x[2];
+    return true;
+  }
+  bool eval_jac_g(Index, const double*, bool, Index, Index, Index* r, Index* c,
+                  double* v) override {
+    for (int j = 0; j < 3; ++j) v ? void(v[j] = 1.0) : void((r[j] = 0, c[j] = j));
+    return true;
+  }
+  bool eval_h(Index, const double*, bool, double sigma, Index, const double*, bool, Index,
+              Index* r, Index* c, double* v) override {
+    for (int j = 0; j < 3; ++j) v ? void(v[j] = 2.0 * sigma) : void(r[j] = c[j] = j);
+    return true;
+  }
+  void finalize_solution(Ipopt::SolverReturn, Index, const double* x, const double*,
+                         const double*, Index, const double*, const double*, double f,
+                         const Ipopt::IpoptData*, Ipopt::IpoptCalculatedQuantities*) override {
+    objective = f;
+    for (int j = 0; j < 3; ++j) solution[j] = x[j];
+  }
+  double objective = 0.0, solution[3] = {};
+};
+
+// Solves the problem through the library's MA97 with the given scaling and
+// print level; keeps what was written on the advisory unit.
+struct Outcome {
+  std::string out;
+  double objective = 0.0, x[3] = {};
+};
+Outcome solve(const char* scaling, int print_level) {
+  zeb::sparse::register_with_ipopt();
+  Ipopt::SmartPtr<Projection> p = new Projection;
+  Ipopt::SmartPtr<Ipopt::IpoptApplication> app = IpoptApplicationFactory();
+  app->Options()->SetIntegerValue("print_level", 0);
+  app->Options()->SetStringValue("sb", "yes");
+  app->Options()->SetStringValue("linear_solver", "ma97");
+  app->Options()->SetStringValue("ma97_scaling", scaling);
+  app->Options()->SetIntegerValue("ma97_print_level", print_level);
+  app->Initialize("");
+  Ipopt::ApplicationReturnStatus status = Ipopt::Internal_Error;
+  Outcome run;
+  run.out = zebtest::capture_stdout([&] {
+    const zeb::sparse::Diagnostics here(nullptr);
+    status = app->OptimizeTNLP(Ipopt::GetRawPtr(p));
+  });
+  EXPECT_EQ(status, Ipopt::Solve_Succeeded) << scaling;
+  run.objective = p->objective;
+  for (int j = 0; j < 3; ++j) run.x[j] = p->solution[j];
+  return run;
+}
+
+}  // namespace
+
+TEST(SparseMa97, DiagnosticsOnTheAdvisoryUnitByPrintLevel) {
+  EXPECT_EQ(solve("none", 0).out, "");
+  const std::string one = solve("none", 1).out, two = solve("none", 2).out;
+  EXPECT_NE(one.find("MA97 analyse: n = 4, entries = 7, ordering AMD, fronts = "),
+            std::string::npos)
+      << one;
+  EXPECT_NE(one.find(", inertia (3, 1, 0), delayed = "), std::string::npos) << one;
+  EXPECT_EQ(one.find("MA97 solve:"), std::string::npos) << one;
+  EXPECT_NE(two.find("MA97 solve: 1 right-hand side(s)\n"), std::string::npos) << two;
+}
+
+TEST(SparseMa97, EveryScalingReachesTheOptimum) {
+  for (const char* scaling : {"none", "mc30", "mc64", "mc77", "dynamic"}) {
+    const Outcome r = solve(scaling, 0);
+    for (int j = 0; j < 3; ++j) EXPECT_NEAR(r.x[j], j - 2.0 / 3.0, 1e-8) << scaling;
+    EXPECT_NEAR(r.objective, 4.0 / 3.0, 1e-8) << scaling;
+  }
+}
