@@ -8,6 +8,8 @@
 #include <gsl/gsl_errno.h>
 #include <gsl/gsl_integration.h>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <functional>
 #include <string>
@@ -25,37 +27,30 @@ using zebtest::g_calls;
 using zebtest::g_f;
 using zebtest::gsl_f;
 
-struct Peer {
-  int status;
-  double result, abserr;
-  size_t n;
-  long calls;
-};
-// GSL's status for each of our ifail values.
-const int kPeerStatus[] = {GSL_SUCCESS, GSL_EMAXITER, GSL_EROUND,
-                           GSL_ESING,   GSL_EROUND,   GSL_EDIVERGE};
-
-Peer qags(double a, double b, double epsabs, double epsrel, size_t limit) {
-  gsl_set_error_handler_off();
-  gsl_integration_workspace* w = gsl_integration_workspace_alloc(limit);
-  gsl_function F{gsl_f, nullptr};
-  Peer p{};
-  g_calls = 0;
-  p.status = gsl_integration_qags(&F, a, b, epsabs, epsrel, limit, w, &p.result, &p.abserr);
-  p.n = w->size;
-  p.calls = g_calls;
-  gsl_integration_workspace_free(w);
-  return p;
-}
-
 struct Ours {
-  int64_t ifail = -1, n;
-  double result, abserr;
+  int64_t ifail = -1, n;  // for GSL: its status and workspace size
+  double result = NAN, abserr = NAN;
   long calls;
   std::vector<double> w;
   std::vector<int64_t> iw;
   std::string out;  // what the noisy exit printed
 };
+// GSL's status for each of our ifail values.
+const int kPeerStatus[] = {GSL_SUCCESS, GSL_EMAXITER, GSL_EROUND,
+                           GSL_ESING,   GSL_EROUND,   GSL_EDIVERGE};
+
+Ours qags(double a, double b, double epsabs, double epsrel, size_t limit) {
+  gsl_set_error_handler_off();
+  gsl_integration_workspace* w = gsl_integration_workspace_alloc(limit);
+  gsl_function F{gsl_f, nullptr};
+  Ours p;
+  g_calls = 0;
+  p.ifail = gsl_integration_qags(&F, a, b, epsabs, epsrel, limit, w, &p.result, &p.abserr);
+  p.n = int64_t(w->size);
+  p.calls = g_calls;
+  gsl_integration_workspace_free(w);
+  return p;
+}
 
 // d01ajf with a noisy ifail and room for limit subintervals (or lw and liw).
 Ours d01aj(double a, double b, double epsabs, double epsrel, int64_t limit, int64_t lw = 0,
@@ -74,21 +69,22 @@ Ours d01aj(double a, double b, double epsabs, double epsrel, int64_t limit, int6
   return o;
 }
 
-std::string exit_lines(int n) {
+std::string exit_lines(int64_t n) {
   char buf[120];
   std::snprintf(buf, sizeof buf,
                 " ** ABNORMAL EXIT from ZEB Library routine d01ajf: IFAIL = %5d\n"
-                " ** ZEB soft failure - control returned\n", n);
+                " ** ZEB soft failure - control returned\n", int(n));
   return buf;
 }
 
-// How our error estimate is expected to compare with the peer's.  The
-// method is the same; two of its constants are not.  The unit roundoff here
-// is 2^-53 (GSL uses 2^-52, its DBL_EPSILON), so the floor the rule puts
-// under its error estimate, 50 epmach |f| integrated, is half GSL's; and
-// the floor of the extrapolated error is 2^-54 |result| here against
-// 5 DBL_EPSILON |result| = 1.1e-15 |result| in GSL.  On a failure exit
-// only the result, or only the outcome, is compared.
+double inv_sqrt(double x) { return 1 / std::sqrt(x); }
+
+// How our error estimate compares with the peer's.  The method is the same;
+// two of its constants are not: the unit roundoff here is 2^-53 (GSL uses
+// DBL_EPSILON, 2^-52), so the rule's floor, 50 epmach |f| integrated, is half
+// GSL's; and the extrapolation's floor is 2^-54 |result| here against
+// 5 DBL_EPSILON |result| in GSL.  On a failure exit only the result, or only
+// the outcome, is compared.
 enum class Err { Same, RuleFloorHalf, EpsFloorLower, ResultOnly, OutcomeOnly };
 
 struct Case {
@@ -101,10 +97,8 @@ struct Case {
 };
 
 const double kPi = 3.141592653589793;
-const double kNone = 0;  // no exact value: a failure
 
 std::vector<Case> battery() {
-  const auto inv_sqrt = [](double x) { return 1 / std::sqrt(x); };
   return {
       // End-point singularities: the extrapolation's work.
       {"x^-1/2 on [0,1]", inv_sqrt, 0, 1, 0, 1e-10, 2, Err::Same},
@@ -114,8 +108,7 @@ std::vector<Case> battery() {
        0, 1e-10, 1 / (3.6 * 3.6), Err::Same},
       {"x^-0.999 on [0,1]", [](double x) { return std::pow(x, -0.999); }, 0, 1, 0, 1e-10, 1000,
        Err::Same},
-      // log x: the estimate, 1.0e-15, falls under GSL's extrapolation floor
-      // of 1.1e-15 but not under ours.
+      // The estimate, 1.0e-15, falls under GSL's extrapolation floor, not ours.
       {"log(x) on [0,1]", [](double x) { return std::log(x); }, 0, 1, 0, 1e-10, -1,
        Err::EpsFloorLower},
       {"x^-1/2 on [1,0] (reversed)", inv_sqrt, 1, 0, 0, 1e-10, -2, Err::Same},
@@ -136,14 +129,14 @@ std::vector<Case> battery() {
        1e-10, 52.74074838347143, Err::Same},
       // Failures.  GSL's workspace holds one subinterval fewer than the limit
       // at this exit.
-      {"1/x, limit 5", [](double x) { return 1 / x; }, 0, 1, 0, 1e-10, kNone, Err::OutcomeOnly, 5, 1,
+      {"1/x, limit 5", [](double x) { return 1 / x; }, 0, 1, 0, 1e-10, 0, Err::OutcomeOnly, 5, 1,
        " ** The maximum number of subdivisions (LIMIT) has been reached:\n"
        " ** LIMIT = 5, lw = 20 and\n ** liw = 5\n",
        "NE_QUAD_MAX_SUBDIV:\n  The maximum number of subdivisions has\n  been reached: "
        "max_num_subint = 5"},
       // Noise of relative size 1e-3 at a high frequency: round-off.
       {"x^-1/2 + 1e-3 sin(1e4 x)",
-       [](double x) { return 1 / std::sqrt(x) + 1e-3 * std::sin(1e4 * x); }, 0, 1, 0, 1e-10, kNone,
+       [](double x) { return 1 / std::sqrt(x) + 1e-3 * std::sin(1e4 * x); }, 0, 1, 0, 1e-10, 0,
        Err::ResultOnly, 200, 2,
        " ** Round-off error prevents the requested tolerance from being achieved:\n"
        " ** epsabs = -0.0 and epsrel = -1.0e-10\n",
@@ -151,45 +144,44 @@ std::vector<Case> battery() {
        "  being achieved:  epsabs = 0.0e+00,  epsrel =  1.0e-10."},
       // A non-integrable interior singularity at 1/3: the bisection reaches
       // intervals too small to split.  Our test of "too small" uses
-      // 1 + 100 epmach with epmach = 2^-53, GSL's 1 + 100 DBL_EPSILON: GSL
-      // gives up one bisection earlier.  The texts are checked below.
-      {"1/|x-1/3|", [](double x) { return 1 / std::fabs(x - 1.0 / 3); }, 0, 1, 0, 1e-10, kNone,
+      // 1 + 100 epmach, GSL's 1 + 100 DBL_EPSILON: GSL gives up one
+      // bisection earlier.  The texts are checked below.
+      {"1/|x-1/3|", [](double x) { return 1 / std::fabs(x - 1.0 / 3); }, 0, 1, 0, 1e-10, 0,
        Err::OutcomeOnly, 200, 3},
       {"x^-0.99 log x", [](double x) { return std::pow(x, -0.99) * std::log(x); }, 0, 1, 0, 1e-12,
-       kNone, Err::ResultOnly, 200, 4,
-       " ** Round-off error is detected in the extrapolation table.\n",
+       0, Err::ResultOnly, 200, 4, " ** Round-off error is detected in the extrapolation table.\n",
        "NE_QUAD_ROUNDOFF_EXTRAPL:\n  Round-off error is detected during extrapolation."},
       {"1/(x-1/3)^2", [](double x) { return 1 / ((x - 1.0 / 3) * (x - 1.0 / 3)); }, 0, 1, 0, 1e-10,
-       kNone, Err::ResultOnly, 200, 5,
-       " ** The integral is probably divergent or slowly convergent.\n",
+       0, Err::ResultOnly, 200, 5, " ** The integral is probably divergent or slowly convergent.\n",
        "NE_QUAD_NO_CONV:\n  The integral is probably divergent or slowly convergent."},
   };
 }
 
+// The Fortran entry runs with the tolerances negated (their absolute values
+// are used), the C entry runs the same layers.
 TEST(D01ajAgainstQags, SameResultsEvaluationCountsAndExits) {
   for (const Case& c : battery()) {
     SCOPED_TRACE(c.name);
     g_f = c.f;
-    const Peer p = qags(c.a, c.b, c.epsabs, c.epsrel, size_t(c.limit));
-    // The Fortran entry with the tolerances negated: their absolute values are used.
+    const Ours p = qags(c.a, c.b, c.epsabs, c.epsrel, size_t(c.limit));
     const Ours o = d01aj(c.a, c.b, -c.epsabs, -c.epsrel, c.limit);
     EXPECT_EQ(o.ifail, c.ifail);
-    EXPECT_EQ(kPeerStatus[o.ifail], p.status);
+    EXPECT_EQ(kPeerStatus[o.ifail], p.ifail);
     EXPECT_EQ(o.calls, 42 * o.n - 21);
     if (c.err != Err::OutcomeOnly) {
       EXPECT_LE(std::fabs(o.result - p.result), 1e-14 * std::fabs(p.result));
-      EXPECT_EQ(o.n, int64_t(p.n));
+      EXPECT_EQ(o.n, p.n);
       EXPECT_EQ(o.calls, p.calls);
     }
     if (c.ifail == 0) {
       EXPECT_EQ(o.out, "");
-      EXPECT_LE(std::fabs(o.result - c.exact), std::fmax(o.abserr, 1e-15 * std::fabs(c.exact)) * 10);
+      EXPECT_LE(std::fabs(o.result - c.exact), 10 * std::fmax(o.abserr, 1e-15 * fabs(c.exact)));
     } else if (!c.lines.empty()) {
-      EXPECT_EQ(o.out, c.lines + exit_lines(int(c.ifail)));
+      EXPECT_EQ(o.out, c.lines + exit_lines(c.ifail));
     }
+    // The summed estimate includes subintervals whose estimate is the rule's
+    // floor, half GSL's here: the two differ by at most the floors.
     switch (c.err) {
-      // The summed estimate includes the subintervals whose estimate is the
-      // rule's floor, half GSL's here: the two differ by at most the floors.
       case Err::Same:
         EXPECT_NEAR(o.abserr, p.abserr, 2.0 * double(o.n) * 1.2e-14 * std::fabs(o.result));
         break;
@@ -197,7 +189,6 @@ TEST(D01ajAgainstQags, SameResultsEvaluationCountsAndExits) {
       case Err::EpsFloorLower: EXPECT_LT(o.abserr, p.abserr); break;
       default: break;
     }
-    // The C entry runs the same layers.
     ZebError fail;
     ZEB_INIT_FAIL(fail);
     double r, e;
@@ -205,7 +196,7 @@ TEST(D01ajAgainstQags, SameResultsEvaluationCountsAndExits) {
     g_calls = 0;
     d01sjc(c_f, c.a, c.b, c.epsabs, c.epsrel, c.limit, &r, &e, &qp, nullptr, &fail);
     EXPECT_EQ(fail.errnum, c.ifail);
-    if (c.ifail != 0 && !c.c_message.empty()) {
+    if (!c.c_message.empty()) {
       EXPECT_STREQ(fail.message, c.c_message.c_str());
     }
     EXPECT_EQ(r, o.result);
@@ -227,22 +218,46 @@ TEST(D01ajFailures, BadIntervalEndPointsBracketTheSingularity) {
   d01sjc(c_f, 0, 1, 0, 1e-10, 200, &r, &e, nullptr, nullptr, &fail);
   ASSERT_EQ(std::sscanf(fail.message,
                         "NE_QUAD_BAD_SUBDIV:\n  Extremely bad integrand behaviour occurs around "
-                        "the\n  sub-interval (%lf, %lf ).",
-                        &a1, &b2),
-            2)
-      << fail.message;
+                        "the\n  sub-interval (%lf, %lf ).", &a1, &b2), 2) << fail.message;
   EXPECT_NEAR(a1, 1.0 / 3, 1e-7);  // printed with 8 digits
   EXPECT_NEAR(b2, 1.0 / 3, 1e-7);
 }
 
-TEST(D01ajFailures, ArgumentErrors) {
-  g_f = [](double x) { return 1 / std::sqrt(x); };
+// The checks of the workspace and the limit min(lw/4, liw) it gives: with
+// room for one subinterval the limit is reported before the first rule's
+// result is judged, even when that result meets the tolerance; x^-1/2 ends
+// after 6 subintervals, so with room for exactly 6 the limit is reached in
+// that very round, a success.
+TEST(D01ajArguments, WorkspaceAndToleranceBoundaries) {
+  g_f = inv_sqrt;
   EXPECT_EQ(d01aj(0, 1, 0, 1e-10, 0, 3, 0).out,
             " ** On entry, lw = 3\n ** Constraint: lw >= 4.\n" + exit_lines(6));
   EXPECT_EQ(d01aj(0, 1, 0, 1e-10, 0, 4, 0).out,
             " ** On entry, liw = 0\n ** Constraint: liw >= 1.\n" + exit_lines(6));
   for (int64_t liw : {1, 5}) EXPECT_EQ(d01aj(0, 1, 0, 1e-10, 0, 3, liw).ifail, 6);
-  // The C entry: an argument error leaves everything the caller owns as it was.
+  for (auto [lw, liw, ifail] : {std::array<int64_t, 3>{24, 6, 0}, {20, 5, 1}, {40, 2, 1}}) {
+    const Ours o = d01aj(0, 1, 0, 1e-10, 0, lw, liw);
+    EXPECT_TRUE(o.ifail == ifail && o.n == std::min(lw / 4, liw)) << lw << " " << liw;
+  }
+  Ours o = d01aj(0, 1, 0, 0, 100);  // both tolerances zero: a failure exit ends the run
+  EXPECT_GT(o.ifail, 0);
+  EXPECT_LE(std::fabs(o.result - 2), 1e-13);
+  o = d01aj(0.5, 0.5, 0, 1e-10, 100);
+  EXPECT_TRUE(o.ifail == 0 && o.result == 0.0 && o.abserr == 0.0 && o.calls == 21);
+  g_f = [](double x) { return std::exp(x); };
+  o = d01aj(0, 1, 0, 1e-10, 1);
+  EXPECT_EQ(o.out, " ** The maximum number of subdivisions (LIMIT) has been reached:\n"
+                   " ** LIMIT = 1, lw = 4 and\n ** liw = 1\n" + exit_lines(1));
+  EXPECT_EQ(o.calls, 21);
+  EXPECT_NEAR(o.result, std::exp(1.0) - 1, 1e-15);
+  EXPECT_EQ(d01aj(0, 1, 0, 1e-10, 2).ifail, 0);
+  g_f = [](double x) { return std::cos(100 * std::sin(x)); };
+  EXPECT_EQ(d01aj(0, 3, 0, 1e-10, 100).result, -d01aj(3, 0, 0, 1e-10, 100).result);
+}
+
+// The C entry: an argument error leaves everything the caller owns as it was.
+TEST(D01ajArguments, CEntryChecks) {
+  g_f = inv_sqrt;
   ZebError fail;
   ZEB_INIT_FAIL(fail);
   Zeb_QuadProgress qp{};
@@ -253,116 +268,71 @@ TEST(D01ajFailures, ArgumentErrors) {
   EXPECT_STREQ(fail.message,
                "NE_INT_ARG_LT:\n  On entry, max_num_subint must not be less than 1: "
                "max_num_subint = 0.");
-  EXPECT_EQ(qp.num_subint, 77);
-  EXPECT_EQ(qp.fun_count, 88);
-  EXPECT_EQ(r, 99.0);
-  EXPECT_EQ(e, 99.0);
+  EXPECT_TRUE(qp.num_subint == 77 && qp.fun_count == 88 && r == 99.0 && e == 99.0);
   d01sjc(nullptr, 0, 1, 0, 1e-10, 10, &r, &e, nullptr, nullptr, &fail);
   EXPECT_STREQ(fail.message, "NE_BAD_PARAM:\n  On entry, parameter f had an illegal value.");
-  // Lists that cannot be allocated.
   d01sjc(c_f, 0, 1, 0, 1e-10, int64_t(1) << 60, &r, &e, nullptr, nullptr, &fail);
-  EXPECT_EQ(fail.code, NE_ALLOC_FAIL);
+  EXPECT_EQ(fail.code, NE_ALLOC_FAIL);  // lists that cannot be allocated
 }
 
-// ---- arguments and workspace ---------------------------------------------------
-
-TEST(D01ajArguments, WorkspaceBoundaries) {
-  // lw = 4: room for one subinterval, and the limit is reported whenever
-  // it is 1, before the first rule's result is judged: even when that
-  // result already meets the tolerance.
-  g_f = [](double x) { return std::exp(x); };
-  Ours o = d01aj(0, 1, 0, 1e-10, 1);
-  EXPECT_EQ(o.ifail, 1);
-  EXPECT_EQ(o.calls, 21);
-  EXPECT_NEAR(o.result, std::exp(1.0) - 1, 1e-15);
-  EXPECT_EQ(d01aj(0, 1, 0, 1e-10, 2).ifail, 0);
-  // One subinterval out of room for many: its four entries move to w(1..4).
-  o = d01aj(0, 1, 0, 1e-10, 50);
-  ASSERT_EQ(o.ifail, 0);
-  ASSERT_EQ(o.n, 1);
-  EXPECT_EQ(o.w[0], 0.0);
-  EXPECT_EQ(o.w[1], 1.0);
-  EXPECT_EQ(o.w[2], o.abserr);
-  EXPECT_EQ(o.w[3], o.result);
-  // x^-1/2 ends after 6 subintervals through its extrapolation: with room
-  // for exactly 6 the limit is reached in that very round, a success; with
-  // room for 5 it is a failure.
-  g_f = [](double x) { return 1 / std::sqrt(x); };
-  EXPECT_EQ(d01aj(0, 1, 0, 1e-10, 6).ifail, 0);
-  o = d01aj(0, 1, 0, 1e-10, 5);
-  EXPECT_EQ(o.ifail, 1);
-  EXPECT_EQ(o.n, 5);
-  // limit = min(lw/4, liw): here 2.
-  o = d01aj(0, 1, 0, 1e-10, 0, 40, 2);
-  EXPECT_EQ(o.ifail, 1);
-  EXPECT_EQ(o.n, 2);
+// The lists: contiguous subintervals in ascending order from a to b, whose
+// integrals and estimates add up to the results (these runs end on the
+// summed result), iw(2..n) distinct ranks; one subinterval out of room for
+// many moves its four entries to w(1..4).  The C entry hands out the same.
+TEST(D01ajArguments, ListsOrderedByLeftEndPoint) {
+  const std::function<double(double)> fs[] = {
+      [](double x) { return std::exp(x); },
+      [](double x) { return x * x * x * std::log(std::fabs((x * x - 1) * (x * x - 2))); }};
+  for (int k = 0; k < 2; ++k) {
+    g_f = fs[k];
+    const double b = 1 + 2 * k;
+    const Ours o = d01aj(0, b, 0, 1e-10, 100);
+    ASSERT_EQ(o.ifail, 0);
+    const int64_t n = o.n;
+    ASSERT_EQ(n > 10, k == 1);
+    const double *al = o.w.data(), *bl = al + n, *el = al + 2 * n, *rl = al + 3 * n;
+    EXPECT_TRUE(al[0] == 0.0 && bl[n - 1] == b);
+    double sum_r = 0, sum_e = 0;
+    std::vector<int64_t> seen(size_t(n + 1), 0);
+    for (int64_t i = 0; i < n; ++i) {
+      EXPECT_TRUE(al[i] < bl[i] && (i == 0 || al[i] == bl[i - 1]) && el[i] >= 0.0) << i;
+      sum_r += rl[i];
+      sum_e += el[i];
+      if (i > 0) {
+        EXPECT_EQ(seen[size_t(o.iw[size_t(i)])]++, 0) << i;
+      }
+    }
+    EXPECT_NEAR(sum_r, o.result, 1e-12 * std::fabs(o.result));
+    EXPECT_NEAR(sum_e, o.abserr, 1e-6 * o.abserr);
+    std::vector<double> lists[4];
+    for (auto& l : lists) l.assign(100, NAN);
+    Zeb_QuadProgress qp{0, 0, lists[0].data(), lists[1].data(), lists[3].data(), lists[2].data()};
+    ZebError fail;
+    ZEB_INIT_FAIL(fail);
+    double r, e;
+    d01sjc(c_f, 0, b, 0, 1e-10, 100, &r, &e, &qp, nullptr, &fail);
+    for (size_t l = 0; l < 4; ++l)
+      EXPECT_EQ(std::vector<double>(lists[l].begin(), lists[l].begin() + n),
+                std::vector<double>(al + l * size_t(n), al + (l + 1) * size_t(n))) << l;
+  }
 }
 
-TEST(D01ajArguments, EqualEndPointsZeroTolerancesAndReversal) {
-  g_f = [](double x) { return 1 / std::sqrt(x); };
-  Ours o = d01aj(0.5, 0.5, 0, 1e-10, 100);
-  EXPECT_EQ(o.ifail, 0);
-  EXPECT_EQ(o.result, 0.0);
-  EXPECT_EQ(o.abserr, 0.0);
-  EXPECT_EQ(o.calls, 21);
-  // Both tolerances zero are accepted; the run ends through a failure exit.
-  o = d01aj(0, 1, 0, 0, 100);
-  EXPECT_GT(o.ifail, 0);
-  EXPECT_LE(std::fabs(o.result - 2), 1e-13);
-  // A reversed interval negates the integral exactly.
-  g_f = [](double x) { return std::cos(100 * std::sin(x)); };
-  EXPECT_EQ(d01aj(0, 3, 0, 1e-10, 100).result, -d01aj(3, 0, 0, 1e-10, 100).result);
-}
-
+// An even integrand on [-1, 1]: the two halves of the first bisection are
+// mirror images with bit-identical error estimates.  On such a tie the left
+// half takes the new index and the right one keeps the index of the interval
+// bisected, which is then bisected again first: the first abscissa of the
+// third round (call 64, the centre of its left quarter) is 0.25, not -0.25.
 TEST(D01ajArguments, EqualHalvesLeaveTheLeftOneToLast) {
-  // An even integrand on [-1, 1]: the two halves of the first bisection
-  // are mirror images and get bit-identical error estimates.  On such a tie
-  // the left half takes the new index and the right one keeps the index of
-  // the interval bisected, which is then bisected again first: the first
-  // abscissa of the third round (call 64, the centre of its left quarter)
-  // is 0.25, not -0.25.
   std::vector<double> xs;
   g_f = [&xs](double x) {
     xs.push_back(x);
     return std::sqrt(std::fabs(x));
   };
-  const Ours o = d01aj(-1, 1, 0, 1e-10, 100);
-  EXPECT_EQ(o.ifail, 0);
-  ASSERT_GT(xs.size(), 64u);
-  EXPECT_EQ(xs[21], -0.5);  // round 2: the left half, then the right one
-  EXPECT_EQ(xs[42], 0.5);
-  EXPECT_EQ(xs[63], 0.25);
-  EXPECT_EQ(xs[84], 0.75);
+  EXPECT_EQ(d01aj(-1, 1, 0, 1e-10, 100).ifail, 0);
+  ASSERT_GT(xs.size(), 84u);
+  EXPECT_EQ(std::vector<double>({xs[21], xs[42], xs[63], xs[84]}),
+            std::vector<double>({-0.5, 0.5, 0.25, 0.75}));
 }
-
-TEST(D01ajArguments, ListsOrderedByLeftEndPoint) {
-  g_f = [](double x) { return x * x * x * std::log(std::fabs((x * x - 1) * (x * x - 2))); };
-  const Ours o = d01aj(0, 3, 0, 1e-10, 100);
-  ASSERT_EQ(o.ifail, 0);
-  const int64_t n = o.n;
-  ASSERT_GT(n, 10);
-  const double *al = o.w.data(), *bl = al + n, *el = al + 2 * n, *rl = al + 3 * n;
-  EXPECT_EQ(al[0], 0.0);
-  EXPECT_EQ(bl[n - 1], 3.0);
-  double sum_r = 0, sum_e = 0;
-  std::vector<int64_t> seen(size_t(n + 1), 0);
-  for (int64_t i = 0; i < n; ++i) {
-    if (i > 0) {
-      EXPECT_EQ(al[i], bl[i - 1]) << i;  // contiguous, in order
-    }
-    EXPECT_LT(al[i], bl[i]);
-    EXPECT_GE(el[i], 0.0);
-    sum_r += rl[i];
-    sum_e += el[i];
-    if (i > 0) ++seen[size_t(o.iw[size_t(i)])];  // iw(2..n): ranks, iw(1) = n
-  }
-  for (int64_t k = 1; k <= n; ++k) EXPECT_LE(seen[size_t(k)], 1);
-  // This run ends on the summed result: the lists add up to it.
-  EXPECT_NEAR(sum_r, o.result, 1e-12 * std::fabs(o.result));
-  EXPECT_NEAR(sum_e, o.abserr, 1e-6 * o.abserr);
-}
-
-// ---- stopping from inside the integrand, and the trace ---------------------------
 
 long g_stop_at = 0;
 double c_stopping(double x, Zeb_Comm* comm) {
@@ -370,6 +340,7 @@ double c_stopping(double x, Zeb_Comm* comm) {
   return 1 / std::sqrt(x);
 }
 
+// No call after the request; the request does not outlive the call.
 TEST(D01ajUserStop, EndsTheIntegrationAtOnce) {
   for (long at : {1L, 20L, 22L, 100L}) {
     g_stop_at = at;
@@ -379,9 +350,10 @@ TEST(D01ajUserStop, EndsTheIntegrationAtOnce) {
     Zeb_Comm comm{};
     double r, e;
     d01sjc(c_stopping, 0, 1, 0, 1e-10, 100, &r, &e, nullptr, &comm, &fail);
-    EXPECT_EQ(g_calls, at) << "no call after the request";
+    EXPECT_EQ(g_calls, at);
     EXPECT_EQ(fail.errnum, -1);
-    EXPECT_STREQ(fail.message, "NE_USER_STOP:\n  User requested termination, user flag value = -7.");
+    EXPECT_STREQ(fail.message,
+                 "NE_USER_STOP:\n  User requested termination, user flag value = -7.");
   }
   g_f = [](double x) {  // called after the count of the Fortran user function
     const int64_t flag = 3;
@@ -391,11 +363,11 @@ TEST(D01ajUserStop, EndsTheIntegrationAtOnce) {
   const Ours o = d01aj(0, 1, 0, 1e-10, 100);
   EXPECT_EQ(o.calls, 50);
   EXPECT_EQ(o.out, " ** User requested termination, user flag value = 3\n" + exit_lines(-1));
-  // The request does not outlive the call.
-  g_f = [](double x) { return 1 / std::sqrt(x); };
+  g_f = inv_sqrt;
   EXPECT_EQ(d01aj(0, 1, 0, 1e-10, 100).ifail, 0);
 }
 
+// Traced: the shim's lines before and after each of the 21 calls.
 TEST(D01ajTrace, CallbacksPassTheTracedShim) {
   g_f = [](double x) { return x; };
   const int64_t set = 1;
@@ -404,12 +376,10 @@ TEST(D01ajTrace, CallbacksPassTheTracedShim) {
   const Ours o = d01aj(0, 1, 0, 1e-6, 2);
   y90gczn_(&set, &off);
   EXPECT_EQ(o.ifail, 0);
-  const std::string& out = o.out;
   size_t calls = 0;
-  for (size_t p = out.find("d01ajfv:f"); p != std::string::npos; p = out.find("d01ajfv:f", p + 1))
-    ++calls;
-  EXPECT_EQ(calls, 2u * 21u);  // before and after each of the 21 calls
-  EXPECT_NE(out.find("d01ajfv\n"), std::string::npos);
+  for (size_t p = 0; (p = o.out.find("d01ajfv:f", p)) != std::string::npos; ++p) ++calls;
+  EXPECT_EQ(calls, 2u * 21u);
+  EXPECT_NE(o.out.find("d01ajfv\n"), std::string::npos);
 }
 
 }  // namespace
