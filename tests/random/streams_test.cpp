@@ -86,20 +86,50 @@ TEST(BaseGenerators, MersenneTwisterJumpTable) {
   EXPECT_EQ(u[4], draw(one, 700));
 }
 
-// MRG32k3a with all six seeds 12345 against the recurrences evaluated in
-// exact integer arithmetic (tests/data/random_mrg32k3a.txt).
-TEST(BaseGenerators, Mrg32k3aReference) {
-  const auto rows = zebtest::read_table("random_mrg32k3a.txt");
-  ASSERT_EQ(rows.size(), 20u);
+// MRG32k3a with all six seeds 12345, and ACORN from full seeds (orders 11, 1
+// and 6 with one, two and three digits), against the recurrences evaluated
+// in exact integer arithmetic; Wichmann-Hill states whose double sum comes
+// out as a whole number (found by search), which would give exactly 1 (I) or
+// 0 (II), give the deviate of the exact sum.
+TEST(BaseGenerators, ExactReferences) {
+  const auto mrg = zebtest::read_table("random_mrg32k3a.txt");
+  ASSERT_EQ(mrg.size(), 20u);
   State s = make(6, {12345, 12345, 12345, 12345, 12345, 12345});
   const std::vector<double> u = draw(s, 20);
-  for (size_t i = 0; i < rows.size(); ++i) EXPECT_NEAR(u[i], std::stod(rows[i][0]), 2.5e-16) << i;
+  for (size_t i = 0; i < mrg.size(); ++i) EXPECT_NEAR(u[i], std::stod(mrg[i][0]), 2.5e-16) << i;
+
+  const auto whole = zebtest::read_table("random_wh_whole.txt");
+  ASSERT_EQ(whole.size(), 6u);
+  for (const auto& r : whole) {
+    State w = r[0] == "wh1" ? make(2, {1, 2, 3, 4}, 1) : make(4, {1, 2, 3, 4});
+    for (int j = 0; j < 4; ++j) w[size_t(4 + j)] = std::stoll(r[size_t(1 + j)]);
+    const double x = draw(w, 1)[0];
+    EXPECT_TRUE(x > 0.0 && x < 1.0) << r[0] << " " << x;
+    EXPECT_NEAR(x, std::stod(r[5]), 0x1p-53) << r[0];
+  }
+
+  const auto acorn = zebtest::read_table("random_acorn.txt");
+  ASSERT_EQ(acorn.size(), 48u);
+  int64_t subid = -1;
+  std::vector<double> a;
+  for (const auto& r : acorn) {
+    if (std::stoll(r[0]) != subid) {
+      subid = std::stoll(r[0]);
+      const int64_t k = subid > 0 ? subid % 1000 + 1 : 11, m = subid > 0 ? subid / 1000 + 1 : 2;
+      std::vector<int64_t> seed(size_t(m * k));
+      for (size_t j = 0; j < seed.size(); ++j)
+        seed[j] = 1 + int64_t(j) * 2654435761LL % ((int64_t(1) << 30) - 1);
+      State t = make(5, seed, subid);
+      a = draw(t, 12);
+    }
+    EXPECT_NEAR(a[size_t(std::stoll(r[1]))], std::stod(r[2]), 0x1p-53) << "subid " << subid;
+  }
 }
 
-// The Wichmann-Hill I sets: prime moduli below 16770648, distinct across
-// the table; multipliers of the constructed sets (4 onwards) are primitive
-// roots in 120..127; subid s and s + 273 select the same set, also next to
-// the ends of the integer range.
+// The Wichmann-Hill I sets: prime moduli below 16770648, distinct across the
+// table; multipliers of the constructed sets (4 onwards) are primitive roots
+// in 120..127; subid s and s + 273 select the same set, also next to the ends
+// of the integer range.
 TEST(BaseGenerators, WichmannHillSets) {
   auto pow_mod = [](int64_t b, int64_t e, int64_t p) {
     int64_t r = 1;
@@ -107,21 +137,19 @@ TEST(BaseGenerators, WichmannHillSets) {
       if (e & 1) r = r * b % p;
     return r;
   };
-  auto primitive = [&](int64_t a, int64_t p) {  // order p - 1 modulo the prime p
-    for (int64_t d = 2; d * d <= p - 1; ++d)
-      if ((p - 1) % d == 0 && (pow_mod(a, d, p) == 1 || pow_mod(a, (p - 1) / d, p) == 1)) return false;
-    return a % p != 1;
-  };
   std::vector<int64_t> moduli;
   for (int64_t set = 1; set <= 273; ++set) {
     State s = make(2, {1, 2, 3, 4}, set);
     ASSERT_EQ(s[3], set);
     for (int j = 0; j < 4; ++j) {
       const int64_t a = s[8 + j], m = s[12 + j];
-      bool prime = m > 1;
+      bool prime = m > 1, primitive = a % m != 1;
       for (int64_t d = 2; d * d <= m; ++d) prime = prime && m % d;
+      for (int64_t d = 2; d * d <= m - 1; ++d)  // the order of a modulo m is m - 1
+        if ((m - 1) % d == 0 && (pow_mod(a, d, m) == 1 || pow_mod(a, (m - 1) / d, m) == 1))
+          primitive = false;
       EXPECT_TRUE(prime && m <= 16770647) << set << " " << m;
-      EXPECT_TRUE(set <= 3 || (a >= 120 && a <= 127 && primitive(a, m))) << set << " " << a;
+      EXPECT_TRUE(set <= 3 || (a >= 120 && a <= 127 && primitive)) << set << " " << a;
       moduli.push_back(m);
     }
   }
@@ -130,43 +158,6 @@ TEST(BaseGenerators, WichmannHillSets) {
   for (int64_t subid : {int64_t(40), int64_t(0), INT64_MIN})
     EXPECT_EQ(make(2, {5, 6, 7, 8}, subid), make(2, {5, 6, 7, 8}, subid + 273)) << subid;
   EXPECT_NE(make(2, {5, 6, 7, 8}, 40), make(2, {5, 6, 7, 8}, 41));
-}
-
-// A double sum that comes out as a whole number would give exactly 1
-// (Wichmann-Hill I) or 0 (Wichmann-Hill II); such states, found by search
-// (tests/data/random_wh_whole.txt), give the deviate of the exact sum.
-TEST(BaseGenerators, WichmannHillWholeSumsStayInside) {
-  const auto rows = zebtest::read_table("random_wh_whole.txt");
-  ASSERT_EQ(rows.size(), 6u);
-  for (const auto& r : rows) {
-    State s = r[0] == "wh1" ? make(2, {1, 2, 3, 4}, 1) : make(4, {1, 2, 3, 4});
-    for (int j = 0; j < 4; ++j) s[size_t(4 + j)] = std::stoll(r[size_t(1 + j)]);
-    const double u = draw(s, 1)[0];
-    EXPECT_TRUE(u > 0.0 && u < 1.0) << r[0] << " " << u;
-    EXPECT_NEAR(u, std::stod(r[5]), 0x1p-53) << r[0];
-  }
-}
-
-// ACORN from full seeds against the recurrence evaluated exactly
-// (tests/data/random_acorn.txt): orders 11, 1 and 6 with one, two and
-// three digits.
-TEST(BaseGenerators, AcornReference) {
-  const auto rows = zebtest::read_table("random_acorn.txt");
-  ASSERT_EQ(rows.size(), 48u);
-  int64_t subid = -1;
-  std::vector<double> u;
-  for (const auto& r : rows) {
-    if (std::stoll(r[0]) != subid) {
-      subid = std::stoll(r[0]);
-      const int64_t k = subid > 0 ? subid % 1000 + 1 : 11, m = subid > 0 ? subid / 1000 + 1 : 2;
-      std::vector<int64_t> seed(size_t(m * k));
-      for (size_t j = 0; j < seed.size(); ++j)
-        seed[j] = 1 + int64_t(j) * 2654435761LL % ((int64_t(1) << 30) - 1);
-      State s = make(5, seed, subid);
-      u = draw(s, 12);
-    }
-    EXPECT_NEAR(u[size_t(std::stoll(r[1]))], std::stod(r[2]), 0x1p-53) << "subid " << subid;
-  }
 }
 
 // ACORN's element k of 0 or of 2^(30m) - 1 (which rounds to 1): the
