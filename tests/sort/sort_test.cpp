@@ -63,11 +63,12 @@ ZebError quiet() {
 // Sorts v(m1..m2) (m2 = 0: the whole vector) through the C entry for 'A' and
 // 'D', through the Fortran entry otherwise.
 Vec sorted(Vec v, char order, int64_t m1 = 1, int64_t m2 = 0) {
-  int64_t ifail = 1;
+  const bool c_entry = order == 'A' || order == 'D';
+  int64_t ifail = c_entry ? 0 : 1;
   if (m2 == 0) m2 = int64_t(v.size());
   ZebError fail = quiet();
-  if (order == 'A' || order == 'D')
-    m01cac(v.data(), m1, m2, order == 'A' ? Zeb_Ascending : Zeb_Descending, &fail), ifail = 0;
+  if (c_entry)
+    m01cac(v.data(), m1, m2, order == 'A' ? Zeb_Ascending : Zeb_Descending, &fail);
   else
     m01caf_(v.data(), &m1, &m2, &order, &ifail, 1);
   EXPECT_EQ(fail.code, NE_NOERROR) << fail.message;
