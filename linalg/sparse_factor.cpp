@@ -103,7 +103,7 @@ void update(const Dense& F, int64_t from, int64_t p0, int64_t np, const double* 
   const int64_t m = F.m, rest = m - from;
   if (np == 0 || rest == 0) return;
   static const bool blas = blas::load();
-  if (!blas || rest * np < 4096) {
+  if (!blas || rest * np < 256) {
     for (int64_t c = from; c < m; ++c)
       for (int64_t p = 0; p < np; ++p) {
         const double w = W[c + p * m];
