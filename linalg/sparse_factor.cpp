@@ -20,6 +20,7 @@ namespace {
 using Index = std::vector<int64_t>;
 
 constexpr int64_t kPanel = 32;   // fully summed columns tried and eliminated together
+constexpr int64_t kOuter = 256;  // fully summed columns applied to the front together
 constexpr int64_t kBlock = 256;  // columns of the trailing update per dgemm
 constexpr double kRootFloor = 1e-30;
 
@@ -97,14 +98,15 @@ int choose(const Dense& F, int64_t k, int64_t end, double u, int64_t* rows) {
   return 0;
 }
 
-// C(r, c) -= sum_p L(r, p) W(c, p) on the lower triangle of rows and
-// columns from..m-1 of F, for the np pivots from column p0 (W: m rows).
-void update(const Dense& F, int64_t from, int64_t p0, int64_t np, const double* W) {
-  const int64_t m = F.m, rest = m - from;
-  if (np == 0 || rest == 0) return;
+// C(r, c) -= sum_p L(r, p) W(c, p) on the lower triangle of F in columns
+// from..to-1 (all rows from the diagonal down), for the np pivots from
+// column p0 (W: their columns before division by D, m rows each).
+void update(const Dense& F, int64_t from, int64_t to, int64_t p0, int64_t np, const double* W) {
+  const int64_t m = F.m;
+  if (np == 0 || from >= to) return;
   static const bool blas = blas::load();
-  if (!blas || rest * np < 256) {
-    for (int64_t c = from; c < m; ++c)
+  if (!blas || (m - from) * np < 256) {
+    for (int64_t c = from; c < to; ++c)
       for (int64_t p = 0; p < np; ++p) {
         const double w = W[c + p * m];
         if (w == 0.0) continue;
@@ -114,20 +116,82 @@ void update(const Dense& F, int64_t from, int64_t p0, int64_t np, const double* 
       }
     return;
   }
-  for (int64_t c = from; c < m; c += kBlock) {
-    const int64_t w = std::min(kBlock, m - c);
+  for (int64_t c = from; c < to; c += kBlock) {
+    const int64_t w = std::min(kBlock, to - c);
     blas::dgemm('N', 'T', m - c, w, np, -1.0, &F.at(c, p0), m, W + c, m, 1.0, &F.at(c, c), m);
   }
 }
 
-// Eliminates what it can of the nfs fully summed columns of F (rows with
-// them); returns the number of pivots.  A root relaxes u tenfold until a
-// pivot passes and takes the next column as it stands when none does.
-int64_t eliminate(const Dense& F, int64_t nfs, bool root, double u, double small, int64_t* rows,
-                  Numeric& out, std::vector<double>& W) {
+// Pivots from column k among the columns k..end-1 of a panel, each applied
+// to the rest of the panel at once, pivot j's column before division by D
+// kept at W + (j - w0) m; returns the next column (end when every column
+// found a pivot).
+int64_t panel(const Dense& F, int64_t k, int64_t end, bool root, double u, double small,
+              int64_t* rows, Numeric& out, double* W, int64_t w0) {
   const int64_t m = F.m;
-  W.resize(size_t(m * kPanel));
-  // Columns tail..nfs-1 failed in an earlier panel; they are tried again
+  while (k < end) {
+    int width = 0;
+    for (double uu = u; width == 0 && uu > kRootFloor; uu = root ? uu * 0.1 : 0.0)
+      width = choose(F, k, end, uu, rows);
+    if (width == 0) {
+      if (!root) break;
+      width = 1;
+    }
+    double* wk = W + (k - w0) * m;
+    if (width == 1) {
+      const double d = std::fabs(F.at(k, k)) < small ? 0.0 : F.at(k, k);
+      out.d.push_back(d), out.dsub.push_back(0.0), out.two.push_back(0);
+      count(out, d, 0, 0, false);
+      const double inv = d != 0.0 ? 1.0 / d : 0.0;
+      for (int64_t r = k + 1; r < m; ++r) wk[r] = F.at(r, k), F.at(r, k) *= inv;
+      for (int64_t c = k + 1; c < end; ++c) {
+        const double wc = wk[c];
+        for (int64_t r = c; r < m; ++r) F.at(r, c) -= F.at(r, k) * wc;
+      }
+    } else {
+      ++out.num_two;
+      const double d = F.at(k, k), e = F.at(k + 1, k), c = F.at(k + 1, k + 1);
+      const double det = d * c - e * e;
+      out.d.push_back(d), out.dsub.push_back(e), out.two.push_back(1);
+      out.d.push_back(c), out.dsub.push_back(0.0), out.two.push_back(0);
+      count(out, d, e, c, true);
+      double* w1 = wk + m;
+      for (int64_t r = k + 2; r < m; ++r) {  // L = F(r, k:k+1) D^-1
+        const double x = F.at(r, k), y = F.at(r, k + 1);
+        wk[r] = x, w1[r] = y;
+        F.at(r, k) = (c * x - e * y) / det, F.at(r, k + 1) = (d * y - e * x) / det;
+      }
+      F.at(k + 1, k) = 0.0;
+      for (int64_t col = k + 2; col < end; ++col) {
+        const double a0 = wk[col], a1 = w1[col];
+        for (int64_t r = col; r < m; ++r) F.at(r, col) -= F.at(r, k) * a0 + F.at(r, k + 1) * a1;
+      }
+    }
+    k += width;
+  }
+  return k;
+}
+
+// Eliminates what it can of the nfs fully summed columns of F (rows with
+// them); returns the number of pivots.  The columns go in blocks of
+// kOuter, each in panels of kPanel: a panel's pivots update the rest of
+// its block, a block's pivots the rest of the front (rank-kOuter dgemm).
+// A panel's failures move to the end of its block, a block's to the end
+// of the fully summed columns (columns swap only where every one of them
+// has had the same updates).  A root relaxes u tenfold until a pivot
+// passes and takes the next column as it stands when none does.
+int64_t eliminate(const Dense& F, int64_t nfs, bool root, double u, double small, int64_t* rows,
+                  Numeric& out, std::vector<double>& Wbuf) {
+  const int64_t m = F.m;
+  Wbuf.resize(size_t(m * kOuter));
+  // Moves the failures k..end-1 behind the columns end..limit-1.
+  const auto park = [&](int64_t k, int64_t end, int64_t& limit) {
+    for (int64_t j = end - 1; j >= k; --j) {
+      --limit;
+      F.swap(j, limit), std::swap(rows[j], rows[limit]);
+    }
+  };
+  // Columns tail..nfs-1 failed in an earlier block; they are tried again
   // when the others are done, as long as pivots have been found since the
   // last time.
   int64_t k = 0, tail = nfs, retried = -1;
@@ -136,56 +200,20 @@ int64_t eliminate(const Dense& F, int64_t nfs, bool root, double u, double small
       if (tail == nfs || k == retried) break;
       tail = nfs, retried = k;
     }
-    const int64_t start = k, end = std::min(k + kPanel, tail);
-    while (k < end) {
-      int width = 0;
-      for (double uu = u; width == 0 && uu > kRootFloor; uu = root ? uu * 0.1 : 0.0)
-        width = choose(F, k, end, uu, rows);
-      if (width == 0) {
-        if (!root) break;
-        width = 1;
-      }
-      double* w0 = &W[size_t((k - start) * m)];
-      if (width == 1) {
-        const double d = std::fabs(F.at(k, k)) < small ? 0.0 : F.at(k, k);
-        out.d.push_back(d), out.dsub.push_back(0.0), out.two.push_back(0);
-        count(out, d, 0, 0, false);
-        const double inv = d != 0.0 ? 1.0 / d : 0.0;
-        for (int64_t r = k + 1; r < m; ++r) w0[r] = F.at(r, k), F.at(r, k) *= inv;
-        for (int64_t c = k + 1; c < end; ++c) {
-          const double wc = w0[c];
-          for (int64_t r = c; r < m; ++r) F.at(r, c) -= F.at(r, k) * wc;
-        }
-      } else {
-        ++out.num_two;
-        const double d = F.at(k, k), e = F.at(k + 1, k), c = F.at(k + 1, k + 1);
-        const double det = d * c - e * e;
-        out.d.push_back(d), out.dsub.push_back(e), out.two.push_back(1);
-        out.d.push_back(c), out.dsub.push_back(0.0), out.two.push_back(0);
-        count(out, d, e, c, true);
-        double* w1 = w0 + m;
-        for (int64_t r = k + 2; r < m; ++r) {  // L = F(r, k:k+1) D^-1
-          const double x = F.at(r, k), y = F.at(r, k + 1);
-          w0[r] = x, w1[r] = y;
-          F.at(r, k) = (c * x - e * y) / det, F.at(r, k + 1) = (d * y - e * x) / det;
-        }
-        F.at(k + 1, k) = 0.0;
-        for (int64_t col = k + 2; col < end; ++col) {
-          const double a0 = w0[col], a1 = w1[col];
-          for (int64_t r = col; r < m; ++r) F.at(r, col) -= F.at(r, k) * a0 + F.at(r, k + 1) * a1;
-        }
-      }
-      k += width;
+    const int64_t start = k, end = std::min(k + kOuter, tail);
+    double* W = Wbuf.data();  // pivot j's column at W + (j - start) m
+    for (int64_t limit = end; k < limit;) {
+      const int64_t first = k, stop = std::min(k + kPanel, limit);
+      k = panel(F, k, stop, root, u, small, rows, out, W, start);
+      update(F, stop, end, first, k - first, W + (first - start) * m);
+      if (k < stop && stop < limit) park(k, stop, limit);
+      if (k < stop && stop == limit) limit = k;
     }
-    update(F, end, start, k - start, W.data());
-    if (end < tail) {  // the panel's failures wait at the end
-      for (int64_t j = end - 1; j >= k; --j) {
-        --tail;
-        F.swap(j, tail), std::swap(rows[j], rows[tail]);
-      }
-    } else {
+    update(F, end, m, start, k - start, W);
+    if (end < tail)  // the block's failures wait at the end
+      park(k, end, tail);
+    else
       tail = k;
-    }
   }
   return k;
 }

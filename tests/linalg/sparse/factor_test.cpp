@@ -211,24 +211,25 @@ Matrix random_sparse(int64_t n, int per, double zeros, unsigned seed) {
   return Matrix(n, e);
 }
 
-// Two dense blocks of 80 joined through a last unknown.  In natural order
-// each block is one front with 80 fully summed columns; in the first the
-// leading 32 have zero diagonal and zero entries between them (explicit
-// zeros: the pattern is dense) and are coupled only to the other 48, so
-// none passes until those are eliminated (they wait and are tried again).
-Matrix two_blocks() {
+// Two dense blocks of order b joined through a last unknown.  In natural
+// order each block is one front with b fully summed columns; in the first
+// the leading `idle` have zero diagonal and zero entries between them
+// (explicit zeros: the pattern is dense) and are coupled only to the
+// others, so none passes until those are eliminated (they wait within
+// their panel's block, then behind the other blocks, and are tried again).
+Matrix two_blocks(int64_t b, int64_t idle) {
   std::mt19937_64 g(5);
   std::uniform_real_distribution<double> u(-1.0, 1.0);
   std::map<std::pair<int64_t, int64_t>, double> e;
-  for (int64_t b = 0; b < 160; b += 80)
-    for (int64_t j = b; j < b + 80; ++j) {
-      const bool idle = b == 0 && j < 32;
-      e[{j, j}] = idle ? 0.0 : 4.0 + u(g);
-      for (int64_t i = j + 1; i < b + 80; ++i) e[{j, i}] = idle && i < 32 ? 0.0 : u(g);
-      e[{j, 160}] = 1.0;
+  for (int64_t s = 0; s < 2 * b; s += b)
+    for (int64_t j = s; j < s + b; ++j) {
+      const bool off = s == 0 && j < idle;
+      e[{j, j}] = off ? 0.0 : 4.0 + u(g);
+      for (int64_t i = j + 1; i < s + b; ++i) e[{j, i}] = off && i < idle ? 0.0 : u(g);
+      e[{j, 2 * b}] = 1.0;
     }
-  e[{160, 160}] = 1.0;
-  return Matrix(161, e);
+  e[{2 * b, 2 * b}] = 1.0;
+  return Matrix(2 * b + 1, e);
 }
 
 }  // namespace
@@ -248,7 +249,8 @@ TEST(SparseFactor, InertiaAgreesWithDenseBunchKaufman) {
       {"random 300, 3 per column", random_sparse(300, 3, 0.3, 1), 0},
       {"random 2000, 2 per column", random_sparse(2000, 2, 0.5, 2), 0},
       {"random 1000, 8 per column, zero diagonal", random_sparse(1000, 8, 1.0, 3), 0},
-      {"two dense blocks, a front's first panel failing", two_blocks(), 0},
+      {"two dense blocks of 80, a front's first panel failing", two_blocks(80, 32), 0},
+      {"two dense blocks of 600, 300 columns failing at first", two_blocks(600, 300), 0},
       {"saddle 40x40 + 900", saddle(40, 900), 0},
       {"laplacian 40x40 less its largest eigenvalue + 1e-9",
        shifted_laplacian(40, lambda1 - 1e-9).first, 0},
