@@ -16,15 +16,18 @@ namespace {
 
 using Ipopt::Index;
 
+// `copies` times the same constraint: with two, the Jacobian has rank 1
+// and every KKT matrix is singular (Ipopt then regularises it).
 class Projection : public Ipopt::TNLP {
  public:
+  explicit Projection(int copies) : copies_(copies) {}
   bool get_nlp_info(Index& n, Index& m, Index& nj, Index& nh, IndexStyleEnum& s) override {
-    n = 3, m = 1, nj = 3, nh = 3, s = C_STYLE;
+    n = 3, m = copies_, nj = 3 * copies_, nh = 3, s = C_STYLE;
     return true;
   }
-  bool get_bounds_info(Index, double* xl, double* xu, Index, double* gl, double* gu) override {
+  bool get_bounds_info(Index, double* xl, double* xu, Index m, double* gl, double* gu) override {
     for (int j = 0; j < 3; ++j) xl[j] = -1e20, xu[j] = 1e20;
-    gl[0] = gu[0] = 1.0;
+    for (int i = 0; i < m; ++i) gl[i] = gu[i] = 1.0;
     return true;
   }
   bool get_starting_point(Index, bool, double* x, bool, double*, double*, Index, bool,
@@ -41,13 +44,13 @@ class Projection : public Ipopt::TNLP {
     for (int j = 0; j < 3; ++j) g[j] = 2.0 * (x[j] - j);
     return true;
   }
-  bool eval_g(Index, const double* x, bool, Index, double* c) override {
-    c[0] = x[0] + x[1] + x[2];
+  bool eval_g(Index, const double* x, bool, Index m, double* c) override {
+    for (int i = 0; i < m; ++i) c[i] = x[0] + x[1] + x[2];
     return true;
   }
-  bool eval_jac_g(Index, const double*, bool, Index, Index, Index* r, Index* c,
+  bool eval_jac_g(Index, const double*, bool, Index, Index nj, Index* r, Index* c,
                   double* v) override {
-    for (int j = 0; j < 3; ++j) v ? void(v[j] = 1.0) : void((r[j] = 0, c[j] = j));
+    for (int e = 0; e < nj; ++e) v ? void(v[e] = 1.0) : void((r[e] = e / 3, c[e] = e % 3));
     return true;
   }
   bool eval_h(Index, const double*, bool, double sigma, Index, const double*, bool, Index,
@@ -62,6 +65,9 @@ class Projection : public Ipopt::TNLP {
     for (int j = 0; j < 3; ++j) solution[j] = x[j];
   }
   double objective = 0.0, solution[3] = {};
+
+ private:
+  int copies_;
 };
 
 // Solves the problem through the library's MA97 with the given scaling and
@@ -70,9 +76,9 @@ struct Outcome {
   std::string out;
   double objective = 0.0, x[3] = {};
 };
-Outcome solve(const char* scaling, int print_level) {
+Outcome solve(const char* scaling, int print_level, int copies = 1) {
   zeb::sparse::register_with_ipopt();
-  Ipopt::SmartPtr<Projection> p = new Projection;
+  Ipopt::SmartPtr<Projection> p = new Projection(copies);
   Ipopt::SmartPtr<Ipopt::IpoptApplication> app = IpoptApplicationFactory();
   app->Options()->SetIntegerValue("print_level", 0);
   app->Options()->SetStringValue("sb", "yes");
@@ -105,10 +111,15 @@ TEST(SparseMa97, DiagnosticsOnTheAdvisoryUnitByPrintLevel) {
   EXPECT_NE(two.find("MA97 solve: 1 right-hand side(s)\n"), std::string::npos) << two;
 }
 
-TEST(SparseMa97, EveryScalingReachesTheOptimum) {
-  for (const char* scaling : {"none", "mc30", "mc64", "mc77", "dynamic"}) {
-    const Outcome r = solve(scaling, 0);
-    for (int j = 0; j < 3; ++j) EXPECT_NEAR(r.x[j], j - 2.0 / 3.0, 1e-8) << scaling;
-    EXPECT_NEAR(r.objective, 4.0 / 3.0, 1e-8) << scaling;
-  }
+// With the constraint twice the KKT matrices are singular: flag -7 tells
+// Ipopt, which regularises and reaches the same optimum.
+TEST(SparseMa97, EveryScalingReachesTheOptimumSingularOrNot) {
+  for (int copies : {1, 2})
+    for (const char* scaling : {"none", "mc30", "mc64", "mc77", "dynamic"}) {
+      SCOPED_TRACE(std::string(scaling) + " copies " + std::to_string(copies));
+      const Outcome r = solve(scaling, 1, copies);
+      for (int j = 0; j < 3; ++j) EXPECT_NEAR(r.x[j], j - 2.0 / 3.0, 1e-8);
+      EXPECT_NEAR(r.objective, 4.0 / 3.0, 1e-8);
+      EXPECT_EQ(r.out.find(", flag = -7") != std::string::npos, copies == 2) << r.out;
+    }
 }
