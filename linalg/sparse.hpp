@@ -103,6 +103,7 @@ struct Numeric {
   // Working storage of the factorisation, kept for the next one.
   struct Scratch {
     std::vector<int64_t> cptr, crow;  // the lower triangle of P A P' by columns
+    std::vector<int64_t> next, nchild, local;
     std::vector<double> cval, panel;
     LargeVector front, blocks;
   } scratch;

@@ -247,7 +247,8 @@ void factor(const Pattern& a, const std::vector<double>& values, const Symbolic&
     for (int64_t p = a.colptr[size_t(j)]; p < a.colptr[size_t(j) + 1]; ++p)
       ++cptr[size_t(std::min(s.invp[size_t(a.rowind[size_t(p)])], s.invp[size_t(j)])) + 1];
   for (int64_t j = 0; j < n; ++j) cptr[size_t(j) + 1] += cptr[size_t(j)];
-  Index next(cptr.begin(), cptr.end() - 1);
+  Index &next = out.scratch.next, &nchild = out.scratch.nchild, &local = out.scratch.local;
+  next.assign(cptr.begin(), cptr.end() - 1);
   for (int64_t j = 0; j < n; ++j)
     for (int64_t p = a.colptr[size_t(j)]; p < a.colptr[size_t(j) + 1]; ++p) {
       const int64_t r = s.invp[size_t(a.rowind[size_t(p)])], c = s.invp[size_t(j)];
@@ -259,17 +260,14 @@ void factor(const Pattern& a, const std::vector<double>& values, const Symbolic&
   // Fronts are in postorder: the children's contribution blocks are the
   // top of the stack when their parent is assembled.
   const size_t nf = s.snode.size() - 1;
-  Index nchild(nf, 0);
-  std::vector<char> is_root(nf, 1);
-  {
-    Index front_of(static_cast<size_t>(n));
-    for (size_t f = 0; f < nf; ++f)
-      for (int64_t c = s.snode[f]; c < s.snode[f + 1]; ++c) front_of[size_t(c)] = int64_t(f);
-    for (size_t f = 0; f < nf; ++f) {
-      const int64_t up = s.parent[size_t(s.snode[f + 1] - 1)];
-      if (up != -1) ++nchild[size_t(front_of[size_t(up)])], is_root[f] = 0;
-    }
-  }
+  const auto parent = [&](size_t f) { return s.parent[size_t(s.snode[f + 1] - 1)]; };
+  nchild.assign(nf, 0);
+  local.resize(size_t(n));
+  for (size_t f = 0; f < nf; ++f)  // local: each column's front, for now
+    for (int64_t c = s.snode[f]; c < s.snode[f + 1]; ++c) local[size_t(c)] = int64_t(f);
+  for (size_t f = 0; f < nf; ++f)
+    if (parent(f) != -1) ++nchild[size_t(local[size_t(parent(f))])];
+  local.assign(size_t(n), -1);  // from here: a row's place in the current front
   struct Block {  // a contribution block on the stack
     size_t rows, vals;  // offsets into stack_rows and stack_vals
     int64_t mc, ndelay;
@@ -296,7 +294,7 @@ void factor(const Pattern& a, const std::vector<double>& values, const Symbolic&
   }
   out.rows.reserve(size_t(rows_size + rows_size / 4));
   out.l.reserve(size_t(l_size + l_size / 4));
-  Index local(static_cast<size_t>(n), -1), rows;
+  Index rows;
   for (size_t f = 0; f < nf; ++f) {
     const size_t first = stack.size() - size_t(nchild[f]);  // the children's blocks
     // The rows: fully summed (own columns, then the children's delayed
@@ -342,7 +340,7 @@ void factor(const Pattern& a, const std::vector<double>& values, const Symbolic&
       stack.resize(first);
     }
 
-    const int64_t k = eliminate(F, nfs, is_root[f], u, small, rows.data(), out, W);
+    const int64_t k = eliminate(F, nfs, parent(f) == -1, u, small, rows.data(), out, W);
     out.num_delay += nfs - k;
     // The front's L (rows x pivots, unit diagonal, zeros above).
     out.npiv.push_back(k);
@@ -357,7 +355,7 @@ void factor(const Pattern& a, const std::vector<double>& values, const Symbolic&
       std::copy(&F.at(j + 1, j), &F.at(0, j) + m, col + j + 1);
     }
     out.l_start.push_back(int64_t(out.l.size()));
-    if (!is_root[f]) {  // the rest goes on the stack
+    if (parent(f) != -1) {  // the rest goes on the stack
       const int64_t mc = m - k;
       stack.push_back({stack_rows.size(), stack_vals.size(), mc, nfs - k});
       stack_rows.insert(stack_rows.end(), rows.begin() + k, rows.end());
