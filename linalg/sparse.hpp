@@ -130,23 +130,24 @@ double solve_refined(const Pattern& a, const std::vector<double>& values, const 
 
 // Symmetric scalings: factors s > 0 for which S A S (S = diag(s)) has
 // entries of balanced size, so that threshold pivoting delays less.
-//  Matching: from a maximum-product matching of A's rows to its columns,
-//    symmetrised (Duff and Koster 2001; Duff and Pralet 2005): the matched
-//    entries of S A S have magnitude 1 and no entry exceeds 1.
+//  Matching: from the dual variables of a maximum-product matching of A's
+//    rows to its columns (Duff and Koster 2001), symmetrised (Duff and
+//    Pralet 2005): no entry of S A S exceeds 1 in magnitude, and the
+//    product of the matched ones is 1.
 //  Equilibration: rows and columns divided by the square roots of their
 //    largest entries, repeatedly, until each largest entry is near 1
 //    (Ruiz 2001, infinity norm).
 //  CurtisReid: s minimises the sum over entries of (log|a_ij| + log s_i +
 //    log s_j)^2 (Curtis and Reid 1972), s_i powers of 2.
-// Rows and columns without entries get 1.
+// Rows and columns without entries get 1, zero entries count as absent, and
+// a matrix with a value that is not finite gets ones throughout.
 enum class Scaling { None, Matching, Equilibration, CurtisReid };
 std::vector<double> scaling(const Pattern& a, const std::vector<double>& values, Scaling how);
 
 // Gives Ipopt this solver as its MA97 (linear_solver = ma97): the
-// orderings, nemin, the threshold u and small of Ipopt's ma97 options reach
-// the analysis and the factorisation; scalings are not applied (a scaling
-// asked for is returned as ones).  Before Ipopt starts; the second call
-// and later ones do nothing.
+// orderings, nemin, the threshold u, small and the scalings of Ipopt's ma97
+// options reach the analysis and the factorisation.  Before Ipopt starts;
+// the second call and later ones do nothing.
 void register_with_ipopt();
 
 // The MA97 entry points write their diagnostics (Ipopt's ma97_print_level

@@ -3,6 +3,7 @@
 // structures have the public interface's layout, the functions names of
 // their own, and nothing here is exported.
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <cstdio>
 #include <mutex>
@@ -62,9 +63,23 @@ struct Analysis {
   Symbolic s;
 };
 struct Factors {
-  std::vector<double> values;
+  std::vector<double> values;  // scaled when `scale` is not empty
+  std::vector<double> scale;   // S of S A S
   Numeric f;
 };
+
+// control.scaling: 1 (and 3, the matching-based one of the matched
+// orderings) MC64's kind, 2 MC77's, 4 MC30's; anything else none.
+const char* const kScalingNames[] = {"none", "matching", "equilibration", "Curtis-Reid"};
+Scaling scaling_kind(int code) {
+  switch (code) {
+    case 1:
+    case 3: return Scaling::Matching;
+    case 2: return Scaling::Equilibration;
+    case 4: return Scaling::CurtisReid;
+    default: return Scaling::None;
+  }
+}
 
 thread_local ZebEnData* t_en = nullptr;  // the Diagnostics in force
 
@@ -156,6 +171,21 @@ void factor(int, const int ptr[], const int[], const double val[], void** akeep,
     auto* f = static_cast<Factors*>(*fkeep);
     if (!f) *fkeep = f = new Factors;
     f->values.assign(val, val + (ptr[k.a.n] - (c->f_arrays ? 1 : 0)));
+    // A scaling asked for is computed (and returned in scale); without one,
+    // a scale array given is the caller's scaling, used when every factor
+    // is positive and finite.
+    const Scaling kind = c->scaling > 0 ? scaling_kind(c->scaling) : Scaling::None;
+    f->scale.clear();
+    if (kind != Scaling::None) {
+      f->scale = zeb::sparse::scaling(k.a, f->values, kind);
+    } else if (c->scaling <= 0 && scale &&
+               std::all_of(scale, scale + k.a.n, [](double x) { return x > 0 && x < HUGE_VAL; })) {
+      f->scale.assign(scale, scale + k.a.n);
+    }
+    if (!f->scale.empty())
+      for (int64_t j = 0; j < k.a.n; ++j)
+        for (int64_t p = k.a.colptr[size_t(j)]; p < k.a.colptr[size_t(j) + 1]; ++p)
+          f->values[size_t(p)] *= f->scale[size_t(j)] * f->scale[size_t(k.a.rowind[size_t(p)])];
     zeb::sparse::factor(k.a, f->values, k.s, c->u, c->small, f->f);
     info->num_delay = int(f->f.num_delay);
     info->num_neg = int(f->f.num_neg);
@@ -166,10 +196,17 @@ void factor(int, const int ptr[], const int[], const double val[], void** akeep,
     if (f->f.num_zero > 0) info->flag = c->action ? kSingular : -kSingular;
     diagnose(c, 1,
              "MA97 factor: u = %.3e, inertia (%lld, %lld, %lld), delayed = %d, 2x2 pivots = %d, "
-             "flag = %d",
+             "scaling %s, flag = %d",
              c->u, static_cast<long long>(f->f.num_pos), static_cast<long long>(f->f.num_neg),
-             static_cast<long long>(f->f.num_zero), info->num_delay, info->num_two, info->flag);
-    if (scale && c->scaling != 0) std::fill(scale, scale + k.a.n, 1.0);  // not scaled
+             static_cast<long long>(f->f.num_zero), info->num_delay, info->num_two,
+             kind != Scaling::None ? kScalingNames[int(kind)] : f->scale.empty() ? "none" : "given",
+             info->flag);
+    if (scale && c->scaling > 0) {
+      if (f->scale.empty())
+        std::fill(scale, scale + k.a.n, 1.0);
+      else
+        std::copy(f->scale.begin(), f->scale.end(), scale);
+    }
   } catch (const std::bad_alloc&) {
     info->flag = kAllocation;
   }
@@ -185,7 +222,9 @@ void solve(int, int nrhs, double* x, int ldx, void** akeep, void** fkeep, const 
     for (int r = 0; r < nrhs; ++r) {
       double* col = x + ptrdiff_t(r) * ldx;
       b.assign(col, col + k.a.n);
+      for (size_t i = 0; i < f.scale.size(); ++i) b[i] *= f.scale[i];  // x = S (S A S)^-1 S b
       zeb::sparse::solve(k.s, f.f, b);
+      for (size_t i = 0; i < f.scale.size(); ++i) b[i] *= f.scale[i];
       std::copy(b.begin(), b.end(), col);
     }
     info->num_neg = int(f.f.num_neg);
