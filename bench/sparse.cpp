@@ -59,6 +59,10 @@ void control(benchmark::State& state, const char* solver) {
   ipopt(state, Control{state.range(0)}, solver);
 }
 
+// The threshold each solver gets from Ipopt by default (ma97_u,
+// mumps_pivtol).
+constexpr double kIpoptU = 1e-8, kIpoptMumpsPivtol = 1e-6;
+
 // The KKT matrix [H J'; J -1e-8 I] of the control problem at its start,
 // lower triangle by columns (0-based), H with Ipopt's first barrier term.
 struct Kkt {
@@ -91,7 +95,7 @@ void zeb_factor(benchmark::State& state) {
   double entries = 0.0;
   for (auto _ : state) {
     const zeb::sparse::Symbolic s = zeb::sparse::analyse(kkt.a, zeb::sparse::Ordering::Auto, 8);
-    const zeb::sparse::Numeric f = zeb::sparse::factor(kkt.a, kkt.v, s, 0.01, 1e-20);
+    const zeb::sparse::Numeric f = zeb::sparse::factor(kkt.a, kkt.v, s, kIpoptU, 1e-20);
     entries = double(f.l.size());
     if (f.num_neg != state.range(0) * state.range(0)) state.SkipWithError("wrong inertia");
   }
@@ -111,11 +115,16 @@ void mumps_factor(benchmark::State& state) {
     id.job = -1, id.par = 1, id.sym = 2, id.comm_fortran = -987654;
     dmumps_c(&id);
     id.icntl[0] = id.icntl[1] = id.icntl[2] = -1, id.icntl[3] = 0;  // silent
+    id.icntl[13] = 1000, id.cntl[0] = kIpoptMumpsPivtol;  // Ipopt's memory margin and threshold
     id.n = MUMPS_INT(kkt.a.n), id.nnz = MUMPS_INT8(irn.size());
     id.irn = irn.data(), id.jcn = jcn.data(), id.a = values.data();
     id.job = 4;  // analysis and factorisation
     dmumps_c(&id);
-    if (id.infog[0] < 0) state.SkipWithError("MUMPS failed");
+    if (id.infog[0] < 0) {
+      const std::string why = "MUMPS failed: INFOG(1) = " + std::to_string(id.infog[0]) +
+                              ", INFOG(2) = " + std::to_string(id.infog[1]);
+      state.SkipWithError(why.c_str());
+    }
     entries = id.infog[8] >= 0 ? double(id.infog[8]) : -1e6 * double(id.infog[8]);
     id.job = -2;
     dmumps_c(&id);
