@@ -7,8 +7,9 @@
 #include <sys/mman.h>
 
 #include <algorithm>
-#include <new>
 #include <cmath>
+#include <limits>
+#include <new>
 #include <stdexcept>
 
 #include "linalg/blas.hpp"
@@ -223,6 +224,7 @@ int64_t eliminate(const Dense& F, int64_t nfs, bool root, double u, double small
 void* allocate_large(size_t bytes) {
   constexpr size_t kHuge = size_t(1) << 21;
   void* p = nullptr;
+  if (bytes > std::numeric_limits<size_t>::max() - kHuge) throw std::bad_alloc();
   if (bytes >= kHuge) {
     const size_t rounded = (bytes + kHuge - 1) / kHuge * kHuge;
     p = std::aligned_alloc(kHuge, rounded);
