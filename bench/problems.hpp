@@ -180,8 +180,8 @@ struct Control {
   }
 };
 
-// Ipopt's view of a problem P; finalize_solution keeps the objective and
-// the time Ipopt spent factorising.
+// Ipopt's view of a problem P; finalize_solution keeps the solution, the
+// multipliers, the objective and the time Ipopt spent factorising.
 template <class P>
 class Tnlp : public Ipopt::TNLP {
  public:
@@ -222,16 +222,18 @@ class Tnlp : public Ipopt::TNLP {
     v ? p_.hess(x, sigma, lambda, v) : p_.hess_structure(r, c);
     return true;
   }
-  void finalize_solution(Ipopt::SolverReturn, Index, const double*, const double*,
-                         const double*, Index, const double*, const double*, double f,
+  void finalize_solution(Ipopt::SolverReturn, Index n, const double* xs, const double*,
+                         const double*, Index m, const double*, const double* lambdas, double f,
                          const Ipopt::IpoptData* data,
                          Ipopt::IpoptCalculatedQuantities*) override {
     objective = f;
+    x.assign(xs, xs + n), lambda.assign(lambdas, lambdas + m);
     if (data)  // Ipopt hands its data as const; its timing accessor is not
       factor_seconds = const_cast<Ipopt::IpoptData*>(data)
                            ->TimingStats().LinearSystemFactorization().TotalWallclockTime();
   }
   double objective = 0.0, factor_seconds = 0.0;
+  std::vector<double> x, lambda;  // the solution and the constraints' multipliers
 
  private:
   const P& p_;

@@ -1,10 +1,11 @@
 #include "optim/hs_set.hpp"
 
+#include <algorithm>
 #include <cmath>
 
 #include "IpIpoptApplication.hpp"
 #include "IpSolveStatistics.hpp"
-#include "IpTNLP.hpp"
+#include "bench/problems.hpp"
 
 namespace hs {
 namespace {
@@ -297,80 +298,39 @@ void Problem::hess(const double* x, double sigma, const double* lambda, double* 
 
 namespace {
 
-using Ipopt::Index;
-
-class Tnlp : public Ipopt::TNLP {
- public:
-  Tnlp(const Problem& p, NativeResult& r) : p_(p), r_(r), h_(size_t(p.n * p.n)) {}
-  bool get_nlp_info(Index& n, Index& m, Index& nnz_jac, Index& nnz_h,
-                    IndexStyleEnum& style) override {
-    n = p_.n;
-    m = p_.m;
-    nnz_jac = p_.m * p_.n;
-    nnz_h = p_.n * (p_.n + 1) / 2;
-    style = C_STYLE;
-    return true;
+// The problem in the benchmarks' form (bench/problems.hpp): the Jacobian
+// dense row by row, the Hessian's lower triangle column by column.
+struct Dense {
+  const Problem& p;
+  mutable std::vector<double> h = std::vector<double>(size_t(p.n * p.n));
+  long vars() const { return p.n; }
+  long m() const { return p.m; }
+  long nnzj() const { return long(p.m) * p.n; }
+  long nnzh() const { return long(p.n) * (p.n + 1) / 2; }
+  void bounds(double* xl, double* xu, double* gl, double* gu) const {
+    std::copy(p.xl.begin(), p.xl.end(), xl), std::copy(p.xu.begin(), p.xu.end(), xu);
+    std::copy(p.gl.begin(), p.gl.end(), gl), std::copy(p.gu.begin(), p.gu.end(), gu);
   }
-  bool get_bounds_info(Index, double* xl, double* xu, Index, double* gl, double* gu) override {
-    std::copy(p_.xl.begin(), p_.xl.end(), xl);
-    std::copy(p_.xu.begin(), p_.xu.end(), xu);
-    std::copy(p_.gl.begin(), p_.gl.end(), gl);
-    std::copy(p_.gu.begin(), p_.gu.end(), gu);
-    return true;
+  double start(long j) const { return p.x0[size_t(j)]; }
+  double f(const double* x) const { return p.f(x); }
+  void grad(const double* x, double* g) const { p.grad(x, g); }
+  void cons(const double* x, double* c) const { p.cons(x, c); }
+  void jac(const double* x, double* v) const { p.jac(x, v); }
+  template <class I>
+  void jac_structure(I* r, I* c) const {
+    for (int i = 0, k = 0; i < p.m; ++i)
+      for (int j = 0; j < p.n; ++j, ++k) r[k] = I(i), c[k] = I(j);
   }
-  bool get_starting_point(Index, bool, double* x, bool, double*, double*, Index, bool,
-                          double*) override {
-    std::copy(p_.x0.begin(), p_.x0.end(), x);
-    return true;
+  template <class I>
+  void hess_structure(I* r, I* c) const {
+    for (int i = 0, k = 0; i < p.n; ++i)
+      for (int j = i; j < p.n; ++j, ++k) r[k] = I(j), c[k] = I(i);
   }
-  bool eval_f(Index, const double* x, bool, double& f) override {
-    f = p_.f(x);
-    return true;
+  void hess(const double* x, double sigma, const double* lambda, double* v) const {
+    p.hess(x, sigma, lambda, h.data());
+    for (int i = 0, k = 0; i < p.n; ++i)
+      for (int j = i; j < p.n; ++j, ++k) v[k] = h[size_t(j * p.n + i)];
   }
-  bool eval_grad_f(Index, const double* x, bool, double* g) override {
-    p_.grad(x, g);
-    return true;
-  }
-  bool eval_g(Index, const double* x, bool, Index, double* g) override {
-    p_.cons(x, g);
-    return true;
-  }
-  bool eval_jac_g(Index, const double* x, bool, Index, Index, Index* row, Index* col,
-                  double* v) override {
-    if (v) {
-      p_.jac(x, v);
-      return true;
-    }
-    for (Index i = 0, k = 0; i < p_.m; ++i)
-      for (Index j = 0; j < p_.n; ++j, ++k) row[k] = i, col[k] = j;
-    return true;
-  }
-  bool eval_h(Index, const double* x, bool, double sigma, Index, const double* lambda, bool,
-              Index, Index* row, Index* col, double* v) override {
-    const Index n = p_.n;
-    if (v) p_.hess(x, sigma, lambda, h_.data());
-    for (Index i = 0, k = 0; i < n; ++i)
-      for (Index j = i; j < n; ++j, ++k) {
-        if (v) {
-          v[k] = h_[size_t(j * n + i)];
-        } else {
-          row[k] = j, col[k] = i;
-        }
-      }
-    return true;
-  }
-  void finalize_solution(Ipopt::SolverReturn, Index n, const double* x, const double*,
-                         const double*, Index m, const double*, const double* lambda, double f,
-                         const Ipopt::IpoptData*, Ipopt::IpoptCalculatedQuantities*) override {
-    r_.x.assign(x, x + n);
-    r_.lambda.assign(lambda, lambda + m);
-    r_.objective = f;
-  }
-
- private:
-  const Problem& p_;
-  NativeResult& r_;
-  std::vector<double> h_;
 };
 
 }  // namespace
@@ -378,14 +338,16 @@ class Tnlp : public Ipopt::TNLP {
 NativeResult solve_native(const Problem& p,
                           const std::vector<std::pair<std::string, std::string>>& options) {
   NativeResult r;
-  Ipopt::SmartPtr<Ipopt::TNLP> nlp = new Tnlp(p, r);
+  const Dense dense{p};
+  Ipopt::SmartPtr<zebbench::Tnlp<Dense>> nlp = new zebbench::Tnlp<Dense>(dense);
   Ipopt::SmartPtr<Ipopt::IpoptApplication> app = IpoptApplicationFactory();
   app->Options()->SetIntegerValue("print_level", 0);
   app->Options()->SetStringValue("sb", "yes");
   for (const auto& [name, value] : options) app->Options()->SetStringValue(name, value);
   if (app->Initialize("") != Ipopt::Solve_Succeeded) return r;
-  r.status = int(app->OptimizeTNLP(nlp));
+  r.status = int(app->OptimizeTNLP(Ipopt::GetRawPtr(nlp)));
   if (Ipopt::IsValid(app->Statistics())) r.iterations = app->Statistics()->IterationCount();
+  r.objective = nlp->objective, r.x = nlp->x, r.lambda = nlp->lambda;
   return r;
 }
 
