@@ -6,7 +6,7 @@ pkgs=(
   build-essential cmake pkg-config gfortran
   libopenblas64-dev liblapack64-dev
   coinor-libipopt-dev libmetis-dev libsuitesparse-dev
-  libgtest-dev libbenchmark-dev libgsl-dev
+  libgtest-dev libbenchmark-dev libgsl-dev libboost-math-dev
   python3 python3-mpmath
   clang libclang-rt-dev
 )

@@ -213,6 +213,185 @@ program calls
   integer(kind=8) :: g05skf_state(4) = 0
   real(kind=8) :: g05skf_x(4) = 0
   integer(kind=8) :: g05skf_ifail = 0
+  integer(kind=8) :: g05sbf_n = 0
+  real(kind=8) :: g05sbf_a = 0
+  real(kind=8) :: g05sbf_b = 0
+  integer(kind=8) :: g05sbf_state(4) = 0
+  real(kind=8) :: g05sbf_x(4) = 0
+  integer(kind=8) :: g05sbf_ifail = 0
+  integer(kind=8) :: g05scf_n = 0
+  real(kind=8) :: g05scf_xmed = 0
+  real(kind=8) :: g05scf_semiqr = 0
+  integer(kind=8) :: g05scf_state(4) = 0
+  real(kind=8) :: g05scf_x(4) = 0
+  integer(kind=8) :: g05scf_ifail = 0
+  integer(kind=8) :: g05sdf_n = 0
+  real(kind=8) :: g05sdf_df = 0
+  integer(kind=8) :: g05sdf_state(4) = 0
+  real(kind=8) :: g05sdf_x(4) = 0
+  integer(kind=8) :: g05sdf_ifail = 0
+  integer(kind=8) :: g05sef_n = 0
+  integer(kind=8) :: g05sef_m = 0
+  real(kind=8) :: g05sef_a(4) = 0
+  integer(kind=8) :: g05sef_state(4) = 0
+  real(kind=8) :: g05sef_x(4, 4) = 0
+  integer(kind=8) :: g05sef_ldx = 0
+  integer(kind=8) :: g05sef_ifail = 0
+  integer(kind=8) :: g05sff_n = 0
+  real(kind=8) :: g05sff_a = 0
+  integer(kind=8) :: g05sff_state(4) = 0
+  real(kind=8) :: g05sff_x(4) = 0
+  integer(kind=8) :: g05sff_ifail = 0
+  integer(kind=8) :: g05sgf_n = 0
+  integer(kind=8) :: g05sgf_nmix = 0
+  real(kind=8) :: g05sgf_a(4) = 0
+  real(kind=8) :: g05sgf_wgt(4) = 0
+  integer(kind=8) :: g05sgf_state(4) = 0
+  real(kind=8) :: g05sgf_x(4) = 0
+  integer(kind=8) :: g05sgf_ifail = 0
+  integer(kind=8) :: g05shf_n = 0
+  real(kind=8) :: g05shf_df1 = 0
+  real(kind=8) :: g05shf_df2 = 0
+  integer(kind=8) :: g05shf_state(4) = 0
+  real(kind=8) :: g05shf_x(4) = 0
+  integer(kind=8) :: g05shf_ifail = 0
+  integer(kind=8) :: g05sjf_n = 0
+  real(kind=8) :: g05sjf_a = 0
+  real(kind=8) :: g05sjf_b = 0
+  integer(kind=8) :: g05sjf_state(4) = 0
+  real(kind=8) :: g05sjf_x(4) = 0
+  integer(kind=8) :: g05sjf_ifail = 0
+  integer(kind=8) :: g05slf_n = 0
+  real(kind=8) :: g05slf_a = 0
+  real(kind=8) :: g05slf_b = 0
+  integer(kind=8) :: g05slf_state(4) = 0
+  real(kind=8) :: g05slf_x(4) = 0
+  integer(kind=8) :: g05slf_ifail = 0
+  integer(kind=8) :: g05smf_n = 0
+  real(kind=8) :: g05smf_xmu = 0
+  real(kind=8) :: g05smf_var = 0
+  integer(kind=8) :: g05smf_state(4) = 0
+  real(kind=8) :: g05smf_x(4) = 0
+  integer(kind=8) :: g05smf_ifail = 0
+  integer(kind=8) :: g05snf_n = 0
+  real(kind=8) :: g05snf_df = 0
+  integer(kind=8) :: g05snf_state(4) = 0
+  real(kind=8) :: g05snf_x(4) = 0
+  integer(kind=8) :: g05snf_ifail = 0
+  integer(kind=8) :: g05spf_n = 0
+  real(kind=8) :: g05spf_xmin = 0
+  real(kind=8) :: g05spf_xmed = 0
+  real(kind=8) :: g05spf_xmax = 0
+  integer(kind=8) :: g05spf_state(4) = 0
+  real(kind=8) :: g05spf_x(4) = 0
+  integer(kind=8) :: g05spf_ifail = 0
+  integer(kind=8) :: g05sqf_n = 0
+  real(kind=8) :: g05sqf_a = 0
+  real(kind=8) :: g05sqf_b = 0
+  integer(kind=8) :: g05sqf_state(4) = 0
+  real(kind=8) :: g05sqf_x(4) = 0
+  integer(kind=8) :: g05sqf_ifail = 0
+  integer(kind=8) :: g05srf_n = 0
+  real(kind=8) :: g05srf_vk = 0
+  integer(kind=8) :: g05srf_state(4) = 0
+  real(kind=8) :: g05srf_x(4) = 0
+  integer(kind=8) :: g05srf_ifail = 0
+  integer(kind=8) :: g05ssf_n = 0
+  real(kind=8) :: g05ssf_a = 0
+  real(kind=8) :: g05ssf_b = 0
+  integer(kind=8) :: g05ssf_state(4) = 0
+  real(kind=8) :: g05ssf_x(4) = 0
+  integer(kind=8) :: g05ssf_ifail = 0
+  integer(kind=8) :: g05taf_mode = 0
+  integer(kind=8) :: g05taf_n = 0
+  integer(kind=8) :: g05taf_m = 0
+  real(kind=8) :: g05taf_p = 0
+  real(kind=8) :: g05taf_r(4) = 0
+  integer(kind=8) :: g05taf_lr = 0
+  integer(kind=8) :: g05taf_state(4) = 0
+  integer(kind=8) :: g05taf_x(4) = 0
+  integer(kind=8) :: g05taf_ifail = 0
+  integer(kind=8) :: g05tbf_n = 0
+  real(kind=8) :: g05tbf_p = 0
+  integer(kind=8) :: g05tbf_state(4) = 0
+  integer(kind=8) :: g05tbf_x(4) = 0
+  integer(kind=8) :: g05tbf_ifail = 0
+  integer(kind=8) :: g05tcf_mode = 0
+  integer(kind=8) :: g05tcf_n = 0
+  real(kind=8) :: g05tcf_p = 0
+  real(kind=8) :: g05tcf_r(4) = 0
+  integer(kind=8) :: g05tcf_lr = 0
+  integer(kind=8) :: g05tcf_state(4) = 0
+  integer(kind=8) :: g05tcf_x(4) = 0
+  integer(kind=8) :: g05tcf_ifail = 0
+  integer(kind=8) :: g05tdf_mode = 0
+  integer(kind=8) :: g05tdf_n = 0
+  real(kind=8) :: g05tdf_p(4) = 0
+  integer(kind=8) :: g05tdf_np = 0
+  integer(kind=8) :: g05tdf_ip1 = 0
+  integer(kind=8) :: g05tdf_itype = 0
+  real(kind=8) :: g05tdf_r(4) = 0
+  integer(kind=8) :: g05tdf_lr = 0
+  integer(kind=8) :: g05tdf_state(4) = 0
+  integer(kind=8) :: g05tdf_x(4) = 0
+  integer(kind=8) :: g05tdf_ifail = 0
+  integer(kind=8) :: g05tef_mode = 0
+  integer(kind=8) :: g05tef_n = 0
+  integer(kind=8) :: g05tef_ns = 0
+  integer(kind=8) :: g05tef_np = 0
+  integer(kind=8) :: g05tef_m = 0
+  real(kind=8) :: g05tef_r(4) = 0
+  integer(kind=8) :: g05tef_lr = 0
+  integer(kind=8) :: g05tef_state(4) = 0
+  integer(kind=8) :: g05tef_x(4) = 0
+  integer(kind=8) :: g05tef_ifail = 0
+  integer(kind=8) :: g05tff_mode = 0
+  integer(kind=8) :: g05tff_n = 0
+  real(kind=8) :: g05tff_a = 0
+  real(kind=8) :: g05tff_r(4) = 0
+  integer(kind=8) :: g05tff_lr = 0
+  integer(kind=8) :: g05tff_state(4) = 0
+  integer(kind=8) :: g05tff_x(4) = 0
+  integer(kind=8) :: g05tff_ifail = 0
+  integer(kind=8) :: g05tgf_n = 0
+  integer(kind=8) :: g05tgf_m = 0
+  integer(kind=8) :: g05tgf_k = 0
+  real(kind=8) :: g05tgf_p(4) = 0
+  integer(kind=8) :: g05tgf_state(4) = 0
+  integer(kind=8) :: g05tgf_x(4, 4) = 0
+  integer(kind=8) :: g05tgf_ldx = 0
+  integer(kind=8) :: g05tgf_ifail = 0
+  integer(kind=8) :: g05thf_mode = 0
+  integer(kind=8) :: g05thf_n = 0
+  integer(kind=8) :: g05thf_m = 0
+  real(kind=8) :: g05thf_p = 0
+  real(kind=8) :: g05thf_r(4) = 0
+  integer(kind=8) :: g05thf_lr = 0
+  integer(kind=8) :: g05thf_state(4) = 0
+  integer(kind=8) :: g05thf_x(4) = 0
+  integer(kind=8) :: g05thf_ifail = 0
+  integer(kind=8) :: g05tjf_mode = 0
+  integer(kind=8) :: g05tjf_n = 0
+  real(kind=8) :: g05tjf_lambda = 0
+  real(kind=8) :: g05tjf_r(4) = 0
+  integer(kind=8) :: g05tjf_lr = 0
+  integer(kind=8) :: g05tjf_state(4) = 0
+  integer(kind=8) :: g05tjf_x(4) = 0
+  integer(kind=8) :: g05tjf_ifail = 0
+  integer(kind=8) :: g05tkf_n = 0
+  real(kind=8) :: g05tkf_vlamda(4) = 0
+  integer(kind=8) :: g05tkf_state(4) = 0
+  integer(kind=8) :: g05tkf_x(4) = 0
+  integer(kind=8) :: g05tkf_ifail = 0
+  integer(kind=8) :: g05tlf_mode = 0
+  integer(kind=8) :: g05tlf_n = 0
+  integer(kind=8) :: g05tlf_a = 0
+  integer(kind=8) :: g05tlf_b = 0
+  real(kind=8) :: g05tlf_r(4) = 0
+  integer(kind=8) :: g05tlf_lr = 0
+  integer(kind=8) :: g05tlf_state(4) = 0
+  integer(kind=8) :: g05tlf_x(4) = 0
+  integer(kind=8) :: g05tlf_ifail = 0
   integer(kind=8) :: f07adf_m = 0
   integer(kind=8) :: f07adf_n = 0
   real(kind=8) :: f07adf_a(4, 4) = 0
@@ -458,6 +637,41 @@ program calls
   call g05kkf(g05kkf_e, g05kkf_state, g05kkf_ifail)
   call g05saf(g05saf_n, g05saf_state, g05saf_x, g05saf_ifail)
   call g05skf(g05skf_n, g05skf_xmu, g05skf_var, g05skf_state, g05skf_x, g05skf_ifail)
+  call g05sbf(g05sbf_n, g05sbf_a, g05sbf_b, g05sbf_state, g05sbf_x, g05sbf_ifail)
+  call g05scf(g05scf_n, g05scf_xmed, g05scf_semiqr, g05scf_state, g05scf_x, g05scf_ifail)
+  call g05sdf(g05sdf_n, g05sdf_df, g05sdf_state, g05sdf_x, g05sdf_ifail)
+  call g05sef(g05sef_n, g05sef_m, g05sef_a, g05sef_state, g05sef_x, g05sef_ldx, g05sef_ifail)
+  call g05sff(g05sff_n, g05sff_a, g05sff_state, g05sff_x, g05sff_ifail)
+  call g05sgf(g05sgf_n, g05sgf_nmix, g05sgf_a, g05sgf_wgt, g05sgf_state, g05sgf_x, g05sgf_ifail)
+  call g05shf(g05shf_n, g05shf_df1, g05shf_df2, g05shf_state, g05shf_x, g05shf_ifail)
+  call g05sjf(g05sjf_n, g05sjf_a, g05sjf_b, g05sjf_state, g05sjf_x, g05sjf_ifail)
+  call g05slf(g05slf_n, g05slf_a, g05slf_b, g05slf_state, g05slf_x, g05slf_ifail)
+  call g05smf(g05smf_n, g05smf_xmu, g05smf_var, g05smf_state, g05smf_x, g05smf_ifail)
+  call g05snf(g05snf_n, g05snf_df, g05snf_state, g05snf_x, g05snf_ifail)
+  call g05spf(g05spf_n, g05spf_xmin, g05spf_xmed, g05spf_xmax, g05spf_state, g05spf_x, g05spf_ifail)
+  call g05sqf(g05sqf_n, g05sqf_a, g05sqf_b, g05sqf_state, g05sqf_x, g05sqf_ifail)
+  call g05srf(g05srf_n, g05srf_vk, g05srf_state, g05srf_x, g05srf_ifail)
+  call g05ssf(g05ssf_n, g05ssf_a, g05ssf_b, g05ssf_state, g05ssf_x, g05ssf_ifail)
+  call g05taf(g05taf_mode, g05taf_n, g05taf_m, g05taf_p, g05taf_r, g05taf_lr, g05taf_state, &
+              g05taf_x, g05taf_ifail)
+  call g05tbf(g05tbf_n, g05tbf_p, g05tbf_state, g05tbf_x, g05tbf_ifail)
+  call g05tcf(g05tcf_mode, g05tcf_n, g05tcf_p, g05tcf_r, g05tcf_lr, g05tcf_state, g05tcf_x, &
+              g05tcf_ifail)
+  call g05tdf(g05tdf_mode, g05tdf_n, g05tdf_p, g05tdf_np, g05tdf_ip1, g05tdf_itype, g05tdf_r, &
+              g05tdf_lr, g05tdf_state, g05tdf_x, g05tdf_ifail)
+  call g05tef(g05tef_mode, g05tef_n, g05tef_ns, g05tef_np, g05tef_m, g05tef_r, g05tef_lr, &
+              g05tef_state, g05tef_x, g05tef_ifail)
+  call g05tff(g05tff_mode, g05tff_n, g05tff_a, g05tff_r, g05tff_lr, g05tff_state, g05tff_x, &
+              g05tff_ifail)
+  call g05tgf(g05tgf_n, g05tgf_m, g05tgf_k, g05tgf_p, g05tgf_state, g05tgf_x, g05tgf_ldx, &
+              g05tgf_ifail)
+  call g05thf(g05thf_mode, g05thf_n, g05thf_m, g05thf_p, g05thf_r, g05thf_lr, g05thf_state, &
+              g05thf_x, g05thf_ifail)
+  call g05tjf(g05tjf_mode, g05tjf_n, g05tjf_lambda, g05tjf_r, g05tjf_lr, g05tjf_state, g05tjf_x, &
+              g05tjf_ifail)
+  call g05tkf(g05tkf_n, g05tkf_vlamda, g05tkf_state, g05tkf_x, g05tkf_ifail)
+  call g05tlf(g05tlf_mode, g05tlf_n, g05tlf_a, g05tlf_b, g05tlf_r, g05tlf_lr, g05tlf_state, &
+              g05tlf_x, g05tlf_ifail)
   call f07adf(f07adf_m, f07adf_n, f07adf_a, f07adf_lda, f07adf_ipiv, f07adf_info)
   call f07aef(f07aef_trans, f07aef_n, f07aef_nrhs, f07aef_a, f07aef_lda, f07aef_ipiv, f07aef_b, &
               f07aef_ldb, f07aef_info)

@@ -1,0 +1,392 @@
+// The samplers of the distribution routines (see samplers.hpp).
+#include "random/samplers.hpp"
+
+#include <limits>
+
+namespace zeb::rng {
+
+namespace {
+
+// Wichura's algorithm AS 241 (PPND16): the normal quantile to about 16
+// digits, by rational approximations in three regions.
+constexpr double kA[8] = {3.3871328727963666080e0, 1.3314166789178437745e+2,
+                          1.9715909503065514427e+3, 1.3731693765509461125e+4,
+                          4.5921953931549871457e+4, 6.7265770927008700853e+4,
+                          3.3430575583588128105e+4, 2.5090809287301226727e+3};
+constexpr double kB[8] = {1.0, 4.2313330701600911252e+1, 6.8718700749205790830e+2,
+                          5.3941960214247511077e+3, 2.1213794301586595867e+4,
+                          3.9307895800092710610e+4, 2.8729085735721942674e+4,
+                          5.2264952788528545610e+3};
+constexpr double kC[8] = {1.42343711074968357734e0, 4.63033784615654529590e0,
+                          5.76949722146069140550e0, 3.64784832476320460504e0,
+                          1.27045825245236838258e0, 2.41780725177450611770e-1,
+                          2.27238449892691845833e-2, 7.74545014278341407640e-4};
+constexpr double kD[8] = {1.0, 2.05319162663775882187e0, 1.67638483018380384940e0,
+                          6.89767334985100004550e-1, 1.48103976427480074590e-1,
+                          1.51986665636164571966e-2, 5.47593808499534494600e-4,
+                          1.05075007164441684324e-9};
+constexpr double kE[8] = {6.65790464350110377720e0, 5.46378491116411436990e0,
+                          1.78482653991729133580e0, 2.96560571828504891230e-1,
+                          2.65321895265761230930e-2, 1.24266094738807843860e-3,
+                          2.71155556874348757815e-5, 2.01033439929228813265e-7};
+constexpr double kF[8] = {1.0, 5.99832206555887937690e-1, 1.36929880922735805310e-1,
+                          1.48753612908506148525e-2, 7.86869131145613259100e-4,
+                          1.84631831751005468180e-5, 1.42151175831644588870e-7,
+                          2.04426310338993978564e-15};
+
+// p(t)/q(t) for coefficients of rising degree.
+inline double ratio(const double (&p)[8], const double (&q)[8], double t) {
+  double num = p[7], den = q[7];
+  for (int i = 6; i >= 0; --i) {
+    num = num * t + p[i];
+    den = den * t + q[i];
+  }
+  return num / den;
+}
+
+}  // namespace
+
+double normal_quantile(double u) {
+  const double q = u - 0.5;
+  if (std::fabs(q) <= 0.425) return q * ratio(kA, kB, 0.180625 - q * q);
+  double a = q < 0.0 ? u : 1.0 - u;
+  if (a == 0.0) a = 2.225073858507202e-308;
+  const double r = std::sqrt(-std::log(a));
+  const double v = r <= 5.0 ? ratio(kC, kD, r - 1.6) : ratio(kE, kF, r - 5.0);
+  return q < 0.0 ? -v : v;
+}
+
+
+double log_gamma_variate(double a, Uniforms& u) {
+  if (a < 1.0) {
+    const double g = log_gamma_variate(a + 1.0, u);
+    return g + std::log(u()) / a;
+  }
+  const double d = a - 1.0 / 3.0, c = 1.0 / std::sqrt(9.0 * d);
+  for (;;) {
+    const double z = normal_quantile(u());
+    double v = 1.0 + c * z;
+    if (v <= 0.0) continue;
+    v = v * v * v;
+    const double w = u(), z2 = z * z;
+    if (w < 1.0 - 0.0331 * z2 * z2 || std::log(w) < 0.5 * z2 + d * (1.0 - v + std::log(v)))
+      return std::log(d) + std::log(v);
+  }
+}
+
+namespace {
+constexpr double kLog4 = 1.3862943611198906;  // log 4
+constexpr double kOnePlusLog5 = 2.6094379124341003;
+
+// log(exp(x) + exp(y)).
+inline double log_add(double x, double y) {
+  const double m = std::max(x, y);
+  return m == -HUGE_VAL ? m : m + std::log1p(std::exp(-std::fabs(x - y)));
+}
+}  // namespace
+
+// BB draws W with X = W/(hi + W) ~ Beta(lo, hi) (lo the smaller shape); BC
+// the same with the roles of the shapes exchanged (lo the larger).  Shapes
+// below 1e-300 are taken as 1e-300: both round every variate to 0 or 1.
+BetaSampler::BetaSampler(double a_, double b_) : a(a_), b(b_) {
+  const double small = std::max(std::min(a, b), 1e-300), large = std::max(a, b);
+  bb = small > 1.0;
+  lo = bb ? small : large;
+  hi = bb ? large : small;
+  alpha = lo + hi;
+  if (bb) {
+    beta = std::sqrt((alpha - 2.0) / (2.0 * lo * hi - alpha));
+    gamma = lo + 1.0 / beta;
+  } else {
+    beta = 1.0 / hi;
+    const double delta = 1.0 + lo - hi;
+    k1 = delta * (0.0138889 + 0.0416667 * hi) / (lo * beta - 0.777778);
+    k2 = 0.25 + (0.5 + 0.25 / delta) * hi;
+  }
+}
+
+double BetaSampler::operator()(Uniforms& u) const {
+  double lw;  // log W
+  for (;;) {
+    const double u1 = u(), u2 = u();
+    const double v = beta * std::log(u1 / (1.0 - u1));
+    lw = std::log(lo) + v;
+    if (bb) {
+      const double w = std::exp(lw), z = u1 * u1 * u2, r = gamma * v - kLog4, s = lo + r - w;
+      if (s + kOnePlusLog5 >= 5.0 * z) break;
+      const double t = std::log(z);
+      if (s > t || r + alpha * std::log(alpha / (hi + w)) >= t) break;
+      continue;
+    }
+    double z;
+    if (u1 < 0.5) {
+      const double y = u1 * u2;
+      z = u1 * y;
+      if (0.25 * u2 + z - y >= k1) continue;
+    } else {
+      z = u1 * u1 * u2;
+      if (z <= 0.25) break;
+      if (z >= k2) continue;
+    }
+    if (alpha * (std::log(alpha) - log_add(std::log(hi), lw) + v) - kLog4 >= std::log(z)) break;
+  }
+  // X = W/(hi + W) is Beta(lo, hi); 1 - X = hi/(hi + W) is Beta(hi, lo).
+  const double e = std::log(hi) - lw;
+  return lo == a ? 1.0 / (1.0 + std::exp(e)) : 1.0 / (1.0 + std::exp(-e));
+}
+
+// r = (1 + rho^2)/(2 rho) with rho = (tau - sqrt(2 tau))/(2 k) and
+// tau = 1 + sqrt(1 + 4 k^2), rearranged so that neither small nor large k
+// cancels: rho = 2k/(tau + sqrt(2 tau)), 1 - rho from sqrt(1 + 4k^2) - 2k =
+// 1/(sqrt(1 + 4k^2) + 2k).
+VonMisesSampler::VonMisesSampler(double k_) : k(k_), r(HUGE_VAL), rm1(HUGE_VAL) {
+  if (k == 0.0) return;
+  const double t = k > 1e8 ? 2.0 * k * (1.0 + 0.125 / (k * k)) : std::sqrt(1.0 + 4.0 * k * k);
+  const double tau = 1.0 + t, s = std::sqrt(2.0 * tau), rho = 2.0 * k / (tau + s);
+  const double one_minus_rho = (1.0 + 1.0 / (t + 2.0 * k) + s) / (tau + s);
+  r = (1.0 + rho * rho) / (2.0 * rho);
+  rm1 = one_minus_rho * one_minus_rho / (2.0 * rho);
+}
+
+double VonMisesSampler::operator()(Uniforms& u) const {
+  constexpr double kPi = 3.14159265358979323846;
+  if (!std::isfinite(r)) return kPi * (2.0 * u() - 1.0);
+  double omw;  // 1 - W
+  for (;;) {
+    const double h = 0.5 * kPi * u(), sh = std::sin(h), ch = std::cos(h);
+    const double omz = 2.0 * sh * sh, opz = 2.0 * ch * ch;  // 1 - z and 1 + z, z = cos(2h)
+    omw = rm1 * omz / (rm1 + opz);
+    const double y = k * (rm1 + omw), v = u();
+    if (y * (2.0 - y) - v > 0.0 || std::log(y / v) + 1.0 - y >= 0.0) break;
+  }
+  const double theta = 2.0 * std::asin(std::sqrt(std::min(0.5 * omw, 1.0)));
+  return u() > 0.5 ? theta : -theta;
+}
+
+// ---- Discrete distributions ----------------------------------------------
+
+namespace {
+constexpr double kLog2Pi = 1.8378770664093453;  // log(2 pi)
+}
+
+double stirling_error(double n) {
+  // log n! - log(sqrt(2 pi n) (n/e)^n): exactly for n <= 15 (n! held
+  // exactly in long double), by its asymptotic series above.
+  static const auto table = [] {
+    std::vector<double> t(16, 0.0);
+    long double f = 1.0L;
+    for (int i = 1; i <= 15; ++i) {
+      f *= i;
+      t[size_t(i)] = double(std::log(f) - (i + 0.5L) * std::log((long double)i) + i -
+                            0.5L * (long double)kLog2Pi);
+    }
+    return t;
+  }();
+  if (n <= 15.0) return table[size_t(n)];
+  const double nn = n * n;
+  return (1.0 / 12 - (1.0 / 360 - (1.0 / 1260 - (1.0 / 1680 - 1.0 / (1188 * nn)) / nn) / nn) / nn) / n;
+}
+
+// x log(x/np) + np - x; by its series in v = (x - np)/(x + np) when x is
+// near np.
+double bd0(double x, double np) {
+  if (std::fabs(x - np) < 0.1 * (x + np)) {
+    double v = (x - np) / (x + np), s = (x - np) * v, e = 2.0 * x * v;
+    v *= v;
+    for (int j = 1; j < 200; ++j) {
+      e *= v;
+      const double s1 = s + e / (2 * j + 1);
+      if (s1 == s) break;
+      s = s1;
+    }
+    return s;
+  }
+  return x * std::log(x / np) + np - x;
+}
+
+double log_poisson(double k, double lambda) {
+  if (k < 0.0) return -HUGE_VAL;
+  if (lambda == 0.0) return k == 0.0 ? 0.0 : -HUGE_VAL;
+  if (k == 0.0) return -lambda;
+  return -stirling_error(k) - bd0(k, lambda) - 0.5 * (kLog2Pi + std::log(k));
+}
+
+double log_binomial(double k, double n, double p, double q) {
+  if (k < 0.0 || k > n) return -HUGE_VAL;
+  if (p == 0.0) return k == 0.0 ? 0.0 : -HUGE_VAL;
+  if (q == 0.0) return k == n ? 0.0 : -HUGE_VAL;
+  if (k == 0.0) return n * (p < 0.5 ? std::log1p(-p) : std::log(q));
+  if (k == n) return n * (q < 0.5 ? std::log1p(-q) : std::log(p));
+  const double lc = stirling_error(n) - stirling_error(k) - stirling_error(n - k) -
+                    bd0(k, n * p) - bd0(n - k, n * q);
+  return lc + 0.5 * (std::log(n / (k * (n - k))) - kLog2Pi);
+}
+
+// Loader's product form: b(k; np, p) b(ns - k; m - np, p) / b(ns; m, p)
+// with p = ns/m.
+double log_hypergeometric(double k, double ns, double np, double m) {
+  if (k < std::max(0.0, ns + np - m) || k > std::min(ns, np)) return -HUGE_VAL;
+  if (ns == 0.0 || ns == m) return 0.0;
+  const double p = ns / m, q = (m - ns) / m;
+  return log_binomial(k, np, p, q) + log_binomial(ns - k, m - np, p, q) -
+         log_binomial(ns, m, p, q);
+}
+
+double log_negative_binomial(double k, double m, double p, double q) {
+  if (k < 0.0) return -HUGE_VAL;
+  if (m == 0.0) return k == 0.0 ? 0.0 : -HUGE_VAL;
+  return std::log(m / (m + k)) + log_binomial(m, m + k, p, q);
+}
+
+namespace {
+// A word of a reference vector taken as an index in 0..hi (0 when it is
+// not one).
+inline int64_t index_of(double v, int64_t hi) {
+  return v >= 0.0 && v <= double(hi) ? int64_t(v) : 0;
+}
+}  // namespace
+
+bool append_table(std::vector<double>& w, const Discrete& d) {
+  constexpr double kCut = -45.0;  // log f below f(mode) e^-45 (~2^-65): left out
+  const double lfm = d(double(d.mode));
+  int64_t lo = d.mode, hi = d.mode;
+  while (lo > d.lo && d(double(lo - 1)) - lfm > kCut)
+    if (hi - --lo >= kMaxTable) return false;
+  while (hi < d.hi && d(double(hi + 1)) - lfm > kCut)
+    if (++hi - lo >= kMaxTable) return false;
+  std::vector<double> cdf(size_t(hi - lo + 1));
+  double s = 0.0;
+  for (int64_t k = lo; k <= hi; ++k) cdf[size_t(k - lo)] = s += std::exp(d(double(k)) - lfm);
+  for (double& c : cdf) c /= s;
+  return append_table(w, lo, std::move(cdf));
+}
+
+bool append_table(std::vector<double>& w, int64_t first, std::vector<double> cdf) {
+  const int64_t n = int64_t(cdf.size());
+  cdf.back() = 1.0;
+  w.push_back(double(first));
+  w.push_back(double(n));
+  w.insert(w.end(), cdf.begin(), cdf.end());
+  int64_t j = 0;
+  for (int64_t i = 0; i < n; ++i) {
+    while (j < n - 1 && cdf[size_t(j)] < double(i) / double(n)) ++j;
+    w.push_back(double(j));
+  }
+  return true;
+}
+
+// The value j with cdf[j-1] < u <= cdf[j], searched upwards from the guide
+// entry of u's n-th of (0, 1).
+int64_t table_draw(const double* t, int64_t room, double u) {
+  const int64_t n = index_of(t[1], (room - 2) / 2);
+  if (n == 0) return int64_t(t[0]);
+  const double* cdf = t + 2;
+  int64_t j = index_of(cdf[n + index_of(u * double(n), n - 1)], n - 1);
+  while (j < n - 1 && cdf[j] < u) ++j;
+  return int64_t(t[0]) + j;
+}
+
+namespace {
+// The maximum of a unimodal g on the integers 0..hi (ternary search: g
+// rises, then falls or stays at zero).
+template <class G>
+double unimodal_max(int64_t hi, G g) {
+  int64_t lo = 0;
+  while (hi - lo > 2) {
+    const int64_t m1 = lo + (hi - lo) / 3, m2 = hi - (hi - lo) / 3;
+    if (g(m1) < g(m2))
+      lo = m1 + 1;
+    else
+      hi = m2;
+  }
+  double best = 0.0;
+  for (int64_t t = lo; t <= hi; ++t) best = std::max(best, g(t));
+  return best;
+}
+}  // namespace
+
+// The rectangle's v-extent is the supremum of |x - a| sqrt(f(floor x)/f(M))
+// over x, with a = M + 1/2: on the right (k + 1 - a) sqrt(f(k)/f(M)) for
+// k >= M, on the left (a - k) sqrt(f(k)/f(M)) for k <= M.  Both are
+// log-concave in k, so a ternary search finds them; they are widened by a
+// relative 1e-9 against rounding.
+void append_ratio_of_uniforms(std::vector<double>& w, const Discrete& d) {
+  const double lfm = d(double(d.mode)), a = double(d.mode) + 0.5;
+  const int64_t span = int64_t(std::min(60.0 * d.sd + 60.0, 1e17));
+  const double vp = unimodal_max(std::min(span, d.hi - d.mode), [&](int64_t t) {
+    return (double(t) + 0.5) * std::exp(0.5 * (d(double(d.mode + t)) - lfm));
+  });
+  const double vm = unimodal_max(std::min(span, d.mode - d.lo), [&](int64_t t) {
+    return (double(t) + 0.5) * std::exp(0.5 * (d(double(d.mode - t)) - lfm));
+  });
+  w.insert(w.end(), {a, vm * (1.0 + 1e-9), vp * (1.0 + 1e-9), lfm});
+}
+
+int64_t ratio_of_uniforms_draw(const double* c, const Discrete& d, Uniforms& u) {
+  const double a = c[0], vm = c[1], width = c[1] + c[2], lfm = c[3];
+  const double lo = double(d.lo), end = std::min(double(d.hi) + 1.0, 4e18);
+  for (;;) {
+    const double s = u(), x = a + (width * u() - vm) / s;
+    if (!(x >= lo && x < end)) continue;
+    const double k = std::floor(x);
+    if (2.0 * std::log(s) <= d(k) - lfm) return int64_t(k);
+  }
+}
+
+int64_t poisson_ptrs(double lambda, Uniforms& u) {
+  const double b = 0.931 + 2.53 * std::sqrt(lambda), a = -0.059 + 0.02483 * b;
+  const double inv_alpha = 1.1239 + 1.1328 / (b - 3.4), vr = 0.9277 - 3.6224 / (b - 2.0);
+  for (;;) {
+    const double v0 = u() - 0.5, v = u(), us = 0.5 - std::fabs(v0);
+    const double k = std::floor((2.0 * a / us + b) * v0 + lambda + 0.43);
+    if (us >= 0.07 && v <= vr) return int64_t(k);
+    if (k < 0.0 || (us < 0.013 && v > us)) continue;
+    if (std::log(v * inv_alpha / (a / (us * us) + b)) <= log_poisson(k, lambda))
+      return int64_t(k);
+  }
+}
+
+int64_t binomial_btrs(int64_t n, double p, Uniforms& u) {
+  const double nd = double(n), q = 1.0 - p, spq = std::sqrt(nd * p * q);
+  const double b = 1.15 + 2.53 * spq, a = -0.0873 + 0.0248 * b + 0.01 * p, c = nd * p + 0.5;
+  const double vr = 0.92 - 4.2 / b, alpha = (2.83 + 5.1 / b) * spq;
+  const double mode = std::floor((nd + 1.0) * p), lfm = log_binomial(mode, nd, p, q);
+  for (;;) {
+    const double v0 = u() - 0.5, v = u(), us = 0.5 - std::fabs(v0);
+    const double k = std::floor((2.0 * a / us + b) * v0 + c);
+    if (k < 0.0 || k > nd) continue;
+    if (us >= 0.07 && v <= vr) return int64_t(k);
+    if (std::log(v * alpha / (a / (us * us) + b)) <= log_binomial(k, nd, p, q) - lfm)
+      return int64_t(k);
+  }
+}
+
+int64_t poisson_variate(double lambda, Uniforms& u) {
+  if (lambda >= 10.0) return poisson_ptrs(lambda, u);
+  if (lambda == 0.0) return 0;
+  const double v = u();
+  double f = std::exp(-lambda), s = f;
+  int64_t k = 0;
+  while (v > s && k < 1000) {
+    f *= lambda / double(++k);
+    s += f;
+  }
+  return k;
+}
+
+int64_t binomial_variate(int64_t n, double p, Uniforms& u) {
+  if (n == 0 || p == 0.0) return 0;
+  if (p > 0.5) return n - binomial_variate(n, 1.0 - p, u);
+  if (double(n) * p >= 10.0) return binomial_btrs(n, p, u);
+  const double v = u(), ratio = p / (1.0 - p);
+  double f = std::exp(double(n) * std::log1p(-p)), s = f;
+  int64_t k = 0;
+  while (v > s && k < n) {
+    f *= ratio * double(n - k) / double(k + 1);
+    ++k;
+    s += f;
+  }
+  return k;
+}
+
+}  // namespace zeb::rng

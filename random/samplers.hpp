@@ -1,0 +1,115 @@
+// The samplers behind the distribution routines: a buffered uniform
+// stream, the normal quantile, gamma, beta and von Mises rejection methods,
+// and the discrete machinery (stable log-probabilities, inversion tables
+// with a guide table, and rejection methods for large parameters).
+#pragma once
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <vector>
+
+#include "random/rng.hpp"
+
+namespace zeb::rng {
+
+// Uniforms from `state`, drawn in blocks.  `expected` is how many the
+// caller means to use: while it lasts blocks never pass it, so a caller that
+// uses exactly `expected` (an inversion method) advances the stream by that
+// many and no more.  Past it, blocks of kSpare, the unused rest discarded.
+class Uniforms {
+ public:
+  Uniforms(int64_t* state, double expected)
+      : state_(state), budget_(expected < 1e18 ? int64_t(std::ceil(expected)) : int64_t(1e18)) {}
+  double operator()() {
+    if (pos_ == len_) refill();
+    return buf_[pos_++];
+  }
+
+ private:
+  static constexpr int64_t kBlock = 256, kSpare = 8;
+  void refill() {
+    len_ = budget_ > 0 ? std::min(budget_, kBlock) : kSpare;
+    budget_ -= std::min(budget_, len_);
+    kGenerators[state_[2]].uniform(&len_, state_, buf_);
+    pos_ = 0;
+  }
+  int64_t* state_;
+  int64_t budget_, len_ = 0, pos_ = 0;
+  double buf_[kBlock];
+};
+
+// The normal quantile (Wichura, AS 241, PPND16: about 16 digits).
+double normal_quantile(double u);
+
+// log of a Gamma(a, 1) variate, a > 0: Marsaglia and Tsang (ACM TOMS 26,
+// 2000) for a >= 1, with the normal deviate by inversion; for a < 1,
+// Gamma(a + 1) U^(1/a) (Stuart's theorem), formed in logarithms so that
+// tiny shapes do not underflow.  About 2.05 uniforms per variate (a >= 1).
+double log_gamma_variate(double a, Uniforms& u);
+
+// Beta(a, b) by Cheng's algorithms BB (both shapes above 1) and BC
+// (Comm. ACM 21, 1978), the latter evaluated in logarithms.
+struct BetaSampler {
+  BetaSampler(double a, double b);
+  double operator()(Uniforms& u) const;
+  double a, b, lo, hi, alpha, beta, gamma, k1, k2;
+  bool bb;
+};
+
+// The von Mises angle on (-pi, pi] with concentration k >= 0: Best and
+// Fisher (Appl. Statist. 28, 1979), with 1 - cos(theta) formed without
+// cancellation so that large concentrations keep their accuracy.
+struct VonMisesSampler {
+  explicit VonMisesSampler(double k);
+  double operator()(Uniforms& u) const;
+  double k, r, rm1;  // rm1 = r - 1
+};
+
+// ---- Discrete distributions ----------------------------------------------
+
+// log f(k) without cancellation for large arguments: Loader's saddle-point
+// forms ("Fast and accurate computation of binomial probabilities", 2000),
+// built on the Stirling error and the deviance term bd0.
+double stirling_error(double n);
+double bd0(double x, double np);
+double log_poisson(double k, double lambda);
+double log_binomial(double k, double n, double p, double q);
+double log_hypergeometric(double k, double ns, double np, double m);
+double log_negative_binomial(double k, double m, double p, double q);
+
+// A distribution on the integers lo..hi (log-concave for the rejection
+// method), described by its mode, standard deviation and log f.
+struct Discrete {
+  int64_t lo, hi, mode;
+  double sd;
+  double (*logf)(const double* par, double k);
+  double par[4];
+  double operator()(double k) const { return logf(par, k); }
+};
+
+// Inversion by a table of the distribution function and a guide table
+// (Chen and Asau, 1974): the table starts at value `first`; one uniform per
+// variate.  Appended to a reference vector as first, count, cdf, guide.
+constexpr int64_t kMaxTable = 4096;
+bool append_table(std::vector<double>& w, const Discrete& d);
+bool append_table(std::vector<double>& w, int64_t first, std::vector<double> cdf);
+int64_t table_draw(const double* t, int64_t room, double u);
+
+// Ratio of uniforms with the exact bounding rectangle of the table
+// mountain (Stadlober, J. Comput. Appl. Math. 31, 1990), for log-concave
+// distributions with large deviations: centre a, v in [-vm, vp].
+void append_ratio_of_uniforms(std::vector<double>& w, const Discrete& d);
+int64_t ratio_of_uniforms_draw(const double* c, const Discrete& d, Uniforms& u);
+
+// Transformed rejection with squeeze (Hormann 1993): PTRS for Poisson
+// means of 10 and more, BTRS for binomials with n p >= 10 and p <= 1/2.
+int64_t poisson_ptrs(double lambda, Uniforms& u);
+int64_t binomial_btrs(int64_t n, double p, Uniforms& u);
+
+// Poisson and binomial without set-up: sequential inversion for small
+// means, the rejection methods above otherwise.
+int64_t poisson_variate(double lambda, Uniforms& u);
+int64_t binomial_variate(int64_t n, double p, Uniforms& u);
+
+}  // namespace zeb::rng
