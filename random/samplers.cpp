@@ -59,8 +59,10 @@ double normal_quantile(double u) {
 
 double log_gamma_variate(double a, Uniforms& u) {
   if (a < 1.0) {
+    // Below 1e-300 the shape is taken as 1e-300, which keeps log U / a finite
+    // (every such variate is far below the smallest real either way).
     const double g = log_gamma_variate(a + 1.0, u);
-    return g + std::log(u()) / a;
+    return g + std::log(u()) / std::max(a, 1e-300);
   }
   const double d = a - 1.0 / 3.0, c = 1.0 / std::sqrt(9.0 * d);
   for (;;) {
@@ -85,12 +87,18 @@ inline double log_add(double x, double y) {
 }
 }  // namespace
 
+// Past this sum of the shapes Cheng's tests lose their accuracy to
+// cancellation (terms of the size of the shapes are subtracted), and the
+// variate is formed as G_a/(G_a + G_b) from two gamma variates instead.
+constexpr double kLargeBeta = 1e8;
+
 // BB draws W with X = W/(hi + W) ~ Beta(lo, hi) (lo the smaller shape); BC
 // the same with the roles of the shapes exchanged (lo the larger).  Shapes
 // below 1e-300 are taken as 1e-300: both round every variate to 0 or 1.
 BetaSampler::BetaSampler(double a_, double b_) : a(a_), b(b_) {
   const double small = std::max(std::min(a, b), 1e-300), large = std::max(a, b);
   bb = small > 1.0;
+  ratio = small + large > kLargeBeta;
   lo = bb ? small : large;
   hi = bb ? large : small;
   alpha = lo + hi;
@@ -106,6 +114,10 @@ BetaSampler::BetaSampler(double a_, double b_) : a(a_), b(b_) {
 }
 
 double BetaSampler::operator()(Uniforms& u) const {
+  if (ratio) {
+    const double g1 = log_gamma_variate(a, u);
+    return 1.0 / (1.0 + std::exp(log_gamma_variate(b, u) - g1));
+  }
   double lw;  // log W
   for (;;) {
     const double u1 = u(), u2 = u();

@@ -45,16 +45,18 @@ double normal_quantile(double u);
 // log of a Gamma(a, 1) variate, a > 0: Marsaglia and Tsang (ACM TOMS 26,
 // 2000) for a >= 1, with the normal deviate by inversion; for a < 1,
 // Gamma(a + 1) U^(1/a) (Stuart's theorem), formed in logarithms so that
-// tiny shapes do not underflow.  About 2.05 uniforms per variate (a >= 1).
+// tiny shapes do not underflow (shapes below 1e-300 act as 1e-300).  About
+// 2.05 uniforms per variate (a >= 1).
 double log_gamma_variate(double a, Uniforms& u);
 
 // Beta(a, b) by Cheng's algorithms BB (both shapes above 1) and BC
-// (Comm. ACM 21, 1978), the latter evaluated in logarithms.
+// (Comm. ACM 21, 1978), the latter evaluated in logarithms; for a + b above
+// 1e8, as the ratio of two gamma variates.
 struct BetaSampler {
   BetaSampler(double a, double b);
   double operator()(Uniforms& u) const;
   double a, b, lo, hi, alpha, beta, gamma, k1, k2;
-  bool bb;
+  bool bb, ratio;
 };
 
 // The von Mises angle on (-pi, pi] with concentration k >= 0: Best and
