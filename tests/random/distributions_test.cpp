@@ -153,6 +153,7 @@ TEST(Distributions, ContinuousFitTheirDistributionFunctions) {
       {"beta 1.5 0.3", real_draws(g05sbf_, 1.5, 0.3), cdf_of(bm::beta_distribution<>(1.5, 0.3)), 1.5 / 1.8, beta_var(1.5, 0.3)},
       {"beta 0.05 0.05", real_draws(g05sbf_, 0.05, 0.05), cdf_of(bm::beta_distribution<>(0.05, 0.05)), 0.5, beta_var(0.05, 0.05)},
       {"beta 1e4 2e4", real_draws(g05sbf_, 1e4, 2e4), cdf_of(bm::beta_distribution<>(1e4, 2e4)), 1.0 / 3, beta_var(1e4, 2e4)},
+      {"beta 1e9 2e9", real_draws(g05sbf_, 1e9, 2e9), cdf_of(bm::beta_distribution<>(1e9, 2e9)), 1.0 / 3, beta_var(1e9, 2e9)},
       {"Cauchy 1 2", real_draws(g05scf_, 1.0, 2.0), cdf_of(bm::cauchy_distribution<>(1, 2)), kNaN, kNaN},
       {"chi2 0.5", real_draws(g05sdf_, 0.5), cdf_of(bm::chi_squared_distribution<>(0.5)), 0.5, 1.0},
       {"chi2 3", real_draws(g05sdf_, 3.0), cdf_of(bm::chi_squared_distribution<>(3)), 3, 6},
