@@ -92,7 +92,10 @@ extern "C" void s14aafn_(const double* xp, double* gx, char* errbuf, int64_t* if
     return;
   }
   const double n = std::trunc(x);
-  if (x < 0.0 && x - (n - 1.0) == 1.0) {
+  // A negative whole number: x - (trunc(x) - 1) = 1 in exact arithmetic,
+  // tested as x == trunc(x) (the difference rounds to 1 for x just below
+  // -1e-17).
+  if (x < 0.0 && x == n) {
     zeb::fail(errbuf, errbuf_len, ifail, kNegativeInteger, x);
     *gx = kGammaLarge;
     return;

@@ -107,6 +107,7 @@ TEST(Gamma, BoundariesOfTheRangesAndFailures) {
        "  Constraint: x >= -170.0.\n"
        "  The argument is too large and negative, the function returns zero."},
       {1.0e-17, 1.0e17, 1, 0, NE_NOERROR, nullptr},
+      {-5.0e-17, -2.0e16, 1, 0, NE_NOERROR, nullptr},  // 1 - 5e-17 rounds to 1: not an integer
       {0.0, 4.4843049327354256e+307, 0, 3, NE_REAL_ARG_TOO_SMALL, nullptr},
       {-0.0, 4.4843049327354256e+307, 0, 3, NE_REAL_ARG_TOO_SMALL, nullptr},
       {-1e-310, -4.4843049327354256e+307, 0, 3, NE_REAL_ARG_TOO_SMALL, nullptr},
