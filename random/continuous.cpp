@@ -148,7 +148,8 @@ extern "C" void g05sdfn_(const int64_t* n, const double* df, int64_t* state, dou
   if (!positive(*df)) return zeb::fail(eb, len, ifail, kDf, *df);
   if (bad_state(state, kState3, kState3, eb, len, ifail)) return;
   Uniforms u(state, 2.1 * double(*n));
-  for (int64_t i = 0; i < *n; ++i) x[i] = 2.0 * std::exp(log_gamma_variate(0.5 * *df, u));
+  const GammaSampler gamma(0.5 * *df);
+  for (int64_t i = 0; i < *n; ++i) x[i] = 2.0 * gamma(u);
 }
 
 // Dirichlet(a): G_j / sum G, G_j ~ Gamma(a_j), normalised in logarithms so
@@ -163,11 +164,18 @@ extern "C" void g05sefn_(const int64_t* n, const int64_t* m, const double* a, in
   if (bad_state(state, kState4, kState4, eb, len, ifail)) return;
   if (*ldx < std::max<int64_t>(*n, 1)) return zeb::fail(eb, len, ifail, kDirLdx, *ldx, *n);
   Uniforms u(state, 2.2 * double(*n) * double(*m));
+  std::vector<GammaSampler> gamma(a, a + *m);
+  const bool logs = *std::min_element(a, a + *m) < kSmallShape;
   std::vector<double> g(static_cast<size_t>(*m));
   for (int64_t i = 0; i < *n; ++i) {
     double top = -HUGE_VAL, s = 0.0;
-    for (int64_t j = 0; j < *m; ++j) top = std::max(top, g[size_t(j)] = log_gamma_variate(a[j], u));
-    for (double& v : g) s += v = std::exp(v - top);
+    for (size_t j = 0; j < g.size(); ++j) {
+      g[j] = logs ? gamma[j].log(u) : gamma[j](u);
+      top = std::max(top, g[j]);
+    }
+    if (logs)
+      for (double& v : g) v = std::exp(v - top);
+    for (double v : g) s += v;
     for (int64_t j = 0; j < *m; ++j) x[i + j * *ldx] = g[size_t(j)] / s;
   }
 }
@@ -222,10 +230,17 @@ extern "C" void g05shfn_(const int64_t* n, const double* df1, const double* df2,
   if (!positive(*df2)) return zeb::fail(eb, len, ifail, kDf2, *df2);
   if (bad_state(state, kState4, kState4, eb, len, ifail)) return;
   const double h1 = 0.5 * *df1, h2 = 0.5 * *df2, shift = std::log(h2) - std::log(h1);
+  const GammaSampler g1(h1), g2(h2);
+  const bool logs = std::min(h1, h2) < kSmallShape || std::max(h1, h2) > 1e300;
   Uniforms u(state, 4.2 * double(*n));
   for (int64_t i = 0; i < *n; ++i) {
-    const double g1 = log_gamma_variate(h1, u);
-    x[i] = std::exp(g1 - log_gamma_variate(h2, u) + shift);
+    if (logs) {
+      const double l1 = g1.log(u);
+      x[i] = std::exp(l1 - g2.log(u) + shift);
+    } else {
+      const double v1 = g1(u) / h1;
+      x[i] = v1 / (g2(u) / h2);
+    }
   }
 }
 
@@ -238,8 +253,9 @@ extern "C" void g05sjfn_(const int64_t* n, const double* a, const double* b, int
   if (!positive(*b)) return zeb::fail(eb, len, ifail, kBetaB, *b);
   if (bad_state(state, kState4, kState4, eb, len, ifail)) return;
   Uniforms u(state, 2.1 * double(*n));
-  const double lb = std::log(*b);
-  for (int64_t i = 0; i < *n; ++i) x[i] = std::exp(log_gamma_variate(*a, u) + lb);
+  const GammaSampler gamma(*a);
+  const double scale = *b;
+  for (int64_t i = 0; i < *n; ++i) x[i] = gamma(u) * scale;
 }
 
 // Logistic: a + b log(u/(1 - u)), by inversion.
@@ -276,10 +292,13 @@ extern "C" void g05snfn_(const int64_t* n, const double* df, int64_t* state, dou
   if (!positive(*df)) return zeb::fail(eb, len, ifail, kDf, *df);
   if (bad_state(state, kState3, kState3, eb, len, ifail)) return;
   const double h = 0.5 * *df, lh = std::log(h);
+  const GammaSampler gamma(h);
+  const bool logs = h < kSmallShape;
   Uniforms u(state, 3.1 * double(*n));
   for (int64_t i = 0; i < *n; ++i) {
     const double z = normal_quantile(u());
-    x[i] = std::copysign(std::exp(std::log(std::fabs(z)) + 0.5 * (lh - log_gamma_variate(h, u))), z);
+    x[i] = logs ? std::copysign(std::exp(std::log(std::fabs(z)) + 0.5 * (lh - gamma.log(u))), z)
+                : z * std::sqrt(h / gamma(u));
   }
 }
 

@@ -93,7 +93,8 @@ void draw_method(const double* r, int64_t at, int64_t n, int64_t* state, int64_t
   const int64_t len = int64_t(r[1]);
   if (r[at] == double(kTable)) {
     Uniforms u(state, double(n));
-    for (int64_t i = 0; i < n; ++i) x[i] = table_draw(r + at + 1, len - at - 1, u());
+    const TableDraw table(r + at + 1, len - at - 1);
+    for (int64_t i = 0; i < n; ++i) x[i] = table(u());
   } else {
     Uniforms u(state, 2.5 * double(n));
     for (int64_t i = 0; i < n; ++i) x[i] = reject(r + at + 1, u);
@@ -252,9 +253,9 @@ extern "C" void g05tafn_(const int64_t* mode, const int64_t* n, const int64_t* m
                  },
                  [&](const double* v, int64_t count) {
                    const int64_t trials = int64_t(v[3]), flip = v[5] != 0.0 ? trials : 0;
-                   draw_method(v, 6, count, state, x, [&](const double*, Uniforms& u) {
-                     return binomial_btrs(trials, v[4], u);
-                   });
+                   const BinomialBtrs btrs(trials, v[4]);
+                   draw_method(v, 6, count, state, x,
+                               [&](const double*, Uniforms& u) { return btrs(u); });
                    if (flip)
                      for (int64_t i = 0; i < count; ++i) x[i] = flip - x[i];
                  });
@@ -334,7 +335,8 @@ extern "C" void g05tdfn_(const int64_t* mode, const int64_t* n, const double* p,
                  [&](const double* v, int64_t count) {
                    const int64_t room = int64_t(v[1]) - 5;
                    Uniforms u(state, double(count));
-                   for (int64_t i = 0; i < count; ++i) x[i] = table_draw(v + 5, room, u());
+                   const TableDraw table(v + 5, room);
+                   for (int64_t i = 0; i < count; ++i) x[i] = table(u());
                  });
 }
 
@@ -476,9 +478,9 @@ extern "C" void g05tjfn_(const int64_t* mode, const int64_t* n, const double* la
                    return w;
                  },
                  [&](const double* v, int64_t count) {
-                   const double l = v[3];
+                   const PoissonPtrs ptrs(v[3]);
                    draw_method(v, 4, count, state, x,
-                               [&](const double*, Uniforms& u) { return poisson_ptrs(l, u); });
+                               [&](const double*, Uniforms& u) { return ptrs(u); });
                  });
 }
 
@@ -504,22 +506,17 @@ extern "C" void g05tlfn_(const int64_t* mode, const int64_t* n, const int64_t* a
   *ifail = 0;
   if (bad_mode_or_n(*mode, *n, eb, len, ifail)) return;
   if (*mode != kGenerate && *a > *b) return zeb::fail(eb, len, ifail, kUniAB, *a, *b);
-  const auto halves = [](int64_t v) {
-    return std::pair{double(v >> 32), double(uint64_t(v) & 0xffffffffu)};
-  };
   with_reference(kUni_rows, 5112, *mode, *n, r, lr, state, eb, len, ifail,
                  [&] {
-                   const auto [ah, al] = halves(*a);
-                   const auto [bh, bl] = halves(*b);
+                   const auto [ah, al] = split_integer(*a);
+                   const auto [bh, bl] = split_integer(*b);
                    auto w = ref_start(5112, {ah, al, bh, bl});
                    ref_finish(w);
                    return w;
                  },
                  [&](const double* v, int64_t count) {
-                   const auto whole = [](double hi, double lo) {
-                     return uint64_t(int64_t(hi)) << 32 | uint64_t(lo);
-                   };
-                   const uint64_t lo = whole(v[3], v[4]), hi = whole(v[5], v[6]);
+                   const uint64_t lo = uint64_t(join_integer(v[3], v[4]));
+                   const uint64_t hi = uint64_t(join_integer(v[5], v[6]));
                    const u128 range = u128(hi - lo) + 1;
                    Uniforms u(state, double(count));
                    for (int64_t i = 0; i < count; ++i) {

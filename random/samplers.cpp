@@ -57,14 +57,14 @@ double normal_quantile(double u) {
 }
 
 
-double log_gamma_variate(double a, Uniforms& u) {
-  if (a < 1.0) {
-    // Below 1e-300 the shape is taken as 1e-300, which keeps log U / a finite
-    // (every such variate is far below the smallest real either way).
-    const double g = log_gamma_variate(a + 1.0, u);
-    return g + std::log(u()) / std::max(a, 1e-300);
-  }
-  const double d = a - 1.0 / 3.0, c = 1.0 / std::sqrt(9.0 * d);
+GammaSampler::GammaSampler(double a)
+    : d((a < 1.0 ? a + 1.0 : a) - 1.0 / 3.0),
+      c(1.0 / std::sqrt(9.0 * d)),
+      log_d(std::log(d)),
+      inv_a(1.0 / std::max(a, 1e-300)),
+      small(a < 1.0) {}
+
+double GammaSampler::core(Uniforms& u) const {
   for (;;) {
     const double z = normal_quantile(u());
     double v = 1.0 + c * z;
@@ -72,8 +72,18 @@ double log_gamma_variate(double a, Uniforms& u) {
     v = v * v * v;
     const double w = u(), z2 = z * z;
     if (w < 1.0 - 0.0331 * z2 * z2 || std::log(w) < 0.5 * z2 + d * (1.0 - v + std::log(v)))
-      return std::log(d) + std::log(v);
+      return v;
   }
+}
+
+double GammaSampler::operator()(Uniforms& u) const {
+  const double g = d * core(u);
+  return small ? g * std::exp(std::log(u()) * inv_a) : g;
+}
+
+double GammaSampler::log(Uniforms& u) const {
+  const double g = log_d + std::log(core(u));
+  return small ? g + std::log(u()) * inv_a : g;
 }
 
 namespace {
@@ -95,13 +105,16 @@ constexpr double kLargeBeta = 1e8;
 // BB draws W with X = W/(hi + W) ~ Beta(lo, hi) (lo the smaller shape); BC
 // the same with the roles of the shapes exchanged (lo the larger).  Shapes
 // below 1e-300 are taken as 1e-300: both round every variate to 0 or 1.
-BetaSampler::BetaSampler(double a_, double b_) : a(a_), b(b_) {
+BetaSampler::BetaSampler(double a_, double b_) : a(a_), b(b_), ga(a_), gb(b_) {
   const double small = std::max(std::min(a, b), 1e-300), large = std::max(a, b);
   bb = small > 1.0;
   ratio = small + large > kLargeBeta;
   lo = bb ? small : large;
   hi = bb ? large : small;
   alpha = lo + hi;
+  log_lo = std::log(lo);
+  log_hi = std::log(hi);
+  log_alpha = std::log(alpha);
   if (bb) {
     beta = std::sqrt((alpha - 2.0) / (2.0 * lo * hi - alpha));
     gamma = lo + 1.0 / beta;
@@ -114,22 +127,28 @@ BetaSampler::BetaSampler(double a_, double b_) : a(a_), b(b_) {
 }
 
 double BetaSampler::operator()(Uniforms& u) const {
-  if (ratio) {
-    const double g1 = log_gamma_variate(a, u);
-    return 1.0 / (1.0 + std::exp(log_gamma_variate(b, u) - g1));
+  if (ratio) {  // both shapes large: no underflow
+    const double g1 = ga(u);
+    return g1 / (g1 + gb(u));
   }
-  double lw;  // log W
+  if (bb) {
+    for (;;) {
+      const double u1 = u(), u2 = u();
+      const double v = beta * std::log(u1 / (1.0 - u1)), w = lo * std::exp(v);
+      const double z = u1 * u1 * u2, r = gamma * v - kLog4, s = lo + r - w;
+      if (s + kOnePlusLog5 < 5.0 * z) {
+        const double t = std::log(z);
+        if (s <= t && r + alpha * std::log(alpha / (hi + w)) < t) continue;
+      }
+      // X = W/(hi + W) is Beta(lo, hi); 1 - X = hi/(hi + W) is Beta(hi, lo).
+      return lo == a ? w / (hi + w) : hi / (hi + w);
+    }
+  }
+  double lw;  // log W, which may overflow as W
   for (;;) {
     const double u1 = u(), u2 = u();
     const double v = beta * std::log(u1 / (1.0 - u1));
-    lw = std::log(lo) + v;
-    if (bb) {
-      const double w = std::exp(lw), z = u1 * u1 * u2, r = gamma * v - kLog4, s = lo + r - w;
-      if (s + kOnePlusLog5 >= 5.0 * z) break;
-      const double t = std::log(z);
-      if (s > t || r + alpha * std::log(alpha / (hi + w)) >= t) break;
-      continue;
-    }
+    lw = log_lo + v;
     double z;
     if (u1 < 0.5) {
       const double y = u1 * u2;
@@ -140,10 +159,9 @@ double BetaSampler::operator()(Uniforms& u) const {
       if (z <= 0.25) break;
       if (z >= k2) continue;
     }
-    if (alpha * (std::log(alpha) - log_add(std::log(hi), lw) + v) - kLog4 >= std::log(z)) break;
+    if (alpha * (log_alpha - log_add(log_hi, lw) + v) - kLog4 >= std::log(z)) break;
   }
-  // X = W/(hi + W) is Beta(lo, hi); 1 - X = hi/(hi + W) is Beta(hi, lo).
-  const double e = std::log(hi) - lw;
+  const double e = log_hi - lw;
   return lo == a ? 1.0 / (1.0 + std::exp(e)) : 1.0 / (1.0 + std::exp(-e));
 }
 
@@ -250,6 +268,15 @@ double log_negative_binomial(double k, double m, double p, double q) {
   return std::log(m / (m + k)) + log_binomial(m, m + k, p, q);
 }
 
+std::pair<double, double> split_integer(int64_t v) {
+  return {double(v >> 32), double(uint64_t(v) & 0xffffffffu)};
+}
+
+int64_t join_integer(double hi, double lo) {
+  const double h = std::clamp(hi, -2147483648.0, 2147483647.0), l = std::clamp(lo, 0.0, 4294967295.0);
+  return int64_t(uint64_t(int64_t(h)) << 32 | uint64_t(l));
+}
+
 namespace {
 // A word of a reference vector taken as an index in 0..hi (0 when it is
 // not one).
@@ -276,12 +303,12 @@ bool append_table(std::vector<double>& w, const Discrete& d) {
 bool append_table(std::vector<double>& w, int64_t first, std::vector<double> cdf) {
   const int64_t n = int64_t(cdf.size());
   cdf.back() = 1.0;
-  w.push_back(double(first));
-  w.push_back(double(n));
+  const auto [hi, lo] = split_integer(first);
+  w.insert(w.end(), {hi, lo, double(n)});
   w.insert(w.end(), cdf.begin(), cdf.end());
   int64_t j = 0;
-  for (int64_t i = 0; i < n; ++i) {
-    while (j < n - 1 && cdf[size_t(j)] < double(i) / double(n)) ++j;
+  for (int64_t i = 0; i < kGuide * n; ++i) {
+    while (j < n - 1 && cdf[size_t(j)] < double(i) / double(kGuide * n)) ++j;
     w.push_back(double(j));
   }
   return true;
@@ -289,13 +316,16 @@ bool append_table(std::vector<double>& w, int64_t first, std::vector<double> cdf
 
 // The value j with cdf[j-1] < u <= cdf[j], searched upwards from the guide
 // entry of u's n-th of (0, 1).
-int64_t table_draw(const double* t, int64_t room, double u) {
-  const int64_t n = index_of(t[1], (room - 2) / 2);
-  if (n == 0) return int64_t(t[0]);
-  const double* cdf = t + 2;
-  int64_t j = index_of(cdf[n + index_of(u * double(n), n - 1)], n - 1);
-  while (j < n - 1 && cdf[j] < u) ++j;
-  return int64_t(t[0]) + j;
+TableDraw::TableDraw(const double* t, int64_t room) {
+  n_ = index_of(t[2], (room - 3) / (1 + kGuide));
+  first_ = join_integer(t[0], t[1]);
+  if (n_ == 0) return;
+  cdf_ = t + 3;
+  last_ = n_ - 1;
+  bool ok = cdf_[last_] == 1.0;
+  for (int64_t i = 0; ok && i < kGuide * n_; ++i)
+    ok = cdf_[n_ + i] >= 0.0 && cdf_[n_ + i] <= double(last_);
+  if (ok) guide_ = cdf_ + n_;
 }
 
 namespace {
@@ -345,9 +375,14 @@ int64_t ratio_of_uniforms_draw(const double* c, const Discrete& d, Uniforms& u) 
   }
 }
 
-int64_t poisson_ptrs(double lambda, Uniforms& u) {
-  const double b = 0.931 + 2.53 * std::sqrt(lambda), a = -0.059 + 0.02483 * b;
-  const double inv_alpha = 1.1239 + 1.1328 / (b - 3.4), vr = 0.9277 - 3.6224 / (b - 2.0);
+PoissonPtrs::PoissonPtrs(double l)
+    : lambda(l),
+      a(-0.059 + 0.02483 * (0.931 + 2.53 * std::sqrt(l))),
+      b(0.931 + 2.53 * std::sqrt(l)),
+      inv_alpha(1.1239 + 1.1328 / (b - 3.4)),
+      vr(0.9277 - 3.6224 / (b - 2.0)) {}
+
+int64_t PoissonPtrs::operator()(Uniforms& u) const {
   for (;;) {
     const double v0 = u() - 0.5, v = u(), us = 0.5 - std::fabs(v0);
     const double k = std::floor((2.0 * a / us + b) * v0 + lambda + 0.43);
@@ -358,23 +393,30 @@ int64_t poisson_ptrs(double lambda, Uniforms& u) {
   }
 }
 
-int64_t binomial_btrs(int64_t n, double p, Uniforms& u) {
-  const double nd = double(n), q = 1.0 - p, spq = std::sqrt(nd * p * q);
-  const double b = 1.15 + 2.53 * spq, a = -0.0873 + 0.0248 * b + 0.01 * p, c = nd * p + 0.5;
-  const double vr = 0.92 - 4.2 / b, alpha = (2.83 + 5.1 / b) * spq;
-  const double mode = std::floor((nd + 1.0) * p), lfm = log_binomial(mode, nd, p, q);
+BinomialBtrs::BinomialBtrs(int64_t trials, double prob)
+    : n(double(trials)), p(prob), q(1.0 - prob) {
+  const double spq = std::sqrt(n * p * q);
+  b = 1.15 + 2.53 * spq;
+  a = -0.0873 + 0.0248 * b + 0.01 * p;
+  c = n * p + 0.5;
+  vr = 0.92 - 4.2 / b;
+  alpha = (2.83 + 5.1 / b) * spq;
+  lfm = log_binomial(std::floor((n + 1.0) * p), n, p, q);
+}
+
+int64_t BinomialBtrs::operator()(Uniforms& u) const {
   for (;;) {
     const double v0 = u() - 0.5, v = u(), us = 0.5 - std::fabs(v0);
     const double k = std::floor((2.0 * a / us + b) * v0 + c);
-    if (k < 0.0 || k > nd) continue;
+    if (k < 0.0 || k > n) continue;
     if (us >= 0.07 && v <= vr) return int64_t(k);
-    if (std::log(v * alpha / (a / (us * us) + b)) <= log_binomial(k, nd, p, q) - lfm)
+    if (std::log(v * alpha / (a / (us * us) + b)) <= log_binomial(k, n, p, q) - lfm)
       return int64_t(k);
   }
 }
 
 int64_t poisson_variate(double lambda, Uniforms& u) {
-  if (lambda >= 10.0) return poisson_ptrs(lambda, u);
+  if (lambda >= 10.0) return PoissonPtrs(lambda)(u);
   if (lambda == 0.0) return 0;
   const double v = u();
   double f = std::exp(-lambda), s = f;
@@ -389,7 +431,7 @@ int64_t poisson_variate(double lambda, Uniforms& u) {
 int64_t binomial_variate(int64_t n, double p, Uniforms& u) {
   if (n == 0 || p == 0.0) return 0;
   if (p > 0.5) return n - binomial_variate(n, 1.0 - p, u);
-  if (double(n) * p >= 10.0) return binomial_btrs(n, p, u);
+  if (double(n) * p >= 10.0) return BinomialBtrs(n, p)(u);
   const double v = u(), ratio = p / (1.0 - p);
   double f = std::exp(double(n) * std::log1p(-p)), s = f;
   int64_t k = 0;

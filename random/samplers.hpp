@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "random/rng.hpp"
@@ -42,12 +43,22 @@ class Uniforms {
 // The normal quantile (Wichura, AS 241, PPND16: about 16 digits).
 double normal_quantile(double u);
 
-// log of a Gamma(a, 1) variate, a > 0: Marsaglia and Tsang (ACM TOMS 26,
-// 2000) for a >= 1, with the normal deviate by inversion; for a < 1,
-// Gamma(a + 1) U^(1/a) (Stuart's theorem), formed in logarithms so that
-// tiny shapes do not underflow (shapes below 1e-300 act as 1e-300).  About
-// 2.05 uniforms per variate (a >= 1).
-double log_gamma_variate(double a, Uniforms& u);
+// Gamma(a, 1), a > 0: Marsaglia and Tsang (ACM TOMS 26, 2000) for a >= 1,
+// with the normal deviate by inversion; for a < 1, Gamma(a + 1) U^(1/a)
+// (Stuart's theorem).  About 2.05 uniforms per variate (a >= 1).  The
+// variate itself underflows to 0 for tiny shapes, as it should; `log` gives
+// its logarithm instead, for the ratios and normalisations that need small
+// shapes (shapes below 1e-300 act there as 1e-300).
+struct GammaSampler {
+  explicit GammaSampler(double a);
+  double operator()(Uniforms& u) const;
+  double log(Uniforms& u) const;
+  double core(Uniforms& u) const;  // v with d v ~ Gamma(max(a, 1) or a + 1)
+  double d, c, log_d, inv_a;
+  bool small;
+};
+// Below this shape ratios of gamma variates are formed in logarithms.
+constexpr double kSmallShape = 0.05;
 
 // Beta(a, b) by Cheng's algorithms BB (both shapes above 1) and BC
 // (Comm. ACM 21, 1978), the latter evaluated in logarithms; for a + b above
@@ -55,7 +66,8 @@ double log_gamma_variate(double a, Uniforms& u);
 struct BetaSampler {
   BetaSampler(double a, double b);
   double operator()(Uniforms& u) const;
-  double a, b, lo, hi, alpha, beta, gamma, k1, k2;
+  double a, b, lo, hi, alpha, beta, gamma, k1, k2, log_lo, log_hi, log_alpha;
+  GammaSampler ga, gb;
   bool bb, ratio;
 };
 
@@ -90,13 +102,34 @@ struct Discrete {
   double operator()(double k) const { return logf(par, k); }
 };
 
+// An integer as two reals (its high and low 32 bits), exact, and back.
+std::pair<double, double> split_integer(int64_t v);
+int64_t join_integer(double hi, double lo);
+
 // Inversion by a table of the distribution function and a guide table
 // (Chen and Asau, 1974): the table starts at value `first`; one uniform per
-// variate.  Appended to a reference vector as first, count, cdf, guide.
+// variate.  Appended to a reference vector as first (split), count, cdf,
+// guide.
 constexpr int64_t kMaxTable = 4096;
+constexpr int64_t kGuide = 4;  // guide entries per table entry
 bool append_table(std::vector<double>& w, const Discrete& d);
 bool append_table(std::vector<double>& w, int64_t first, std::vector<double> cdf);
-int64_t table_draw(const double* t, int64_t room, double u);
+// A table in `room` words at t, checked once (a guide entry out of range, or
+// a last entry other than 1, makes every search start at 0 and stop at the
+// end), then searched per variate.
+class TableDraw {
+ public:
+  TableDraw(const double* t, int64_t room);
+  int64_t operator()(double u) const {
+    int64_t j = guide_ ? int64_t(guide_[int64_t(u * double(kGuide * n_))]) : 0;
+    while (j < last_ && cdf_[j] < u) ++j;
+    return first_ + j;
+  }
+
+ private:
+  const double *cdf_ = nullptr, *guide_ = nullptr;
+  int64_t n_ = 0, last_ = 0, first_ = 0;
+};
 
 // Ratio of uniforms with the exact bounding rectangle of the table
 // mountain (Stadlober, J. Comput. Appl. Math. 31, 1990), for log-concave
@@ -106,8 +139,16 @@ int64_t ratio_of_uniforms_draw(const double* c, const Discrete& d, Uniforms& u);
 
 // Transformed rejection with squeeze (Hormann 1993): PTRS for Poisson
 // means of 10 and more, BTRS for binomials with n p >= 10 and p <= 1/2.
-int64_t poisson_ptrs(double lambda, Uniforms& u);
-int64_t binomial_btrs(int64_t n, double p, Uniforms& u);
+struct PoissonPtrs {
+  explicit PoissonPtrs(double lambda);
+  int64_t operator()(Uniforms& u) const;
+  double lambda, a, b, inv_alpha, vr;
+};
+struct BinomialBtrs {
+  BinomialBtrs(int64_t n, double p);
+  int64_t operator()(Uniforms& u) const;
+  double n, p, q, a, b, c, vr, alpha, lfm;
+};
 
 // Poisson and binomial without set-up: sequential inversion for small
 // means, the rejection methods above otherwise.

@@ -89,7 +89,7 @@ TEST(DistributionFailures, CTexts) {
       {[&](ZebError* f) { g05tac(G, 4, 3, 1.5, r, &lr, s.data(), k, f); }, real("p", "1.5", "0.0 <= p <= 1.0")},
       {[&](ZebError* f) { g05tac(G, 4, 3, 0.5, r, &lr5, s.data(), k, f); },
        "NE_INT:\n  On entry, lr is too small when mode = Zeb_InitializeReference or "
-       "Zeb_InitializeAndGenerate: lr = 5,\n  minimum length required = 17."},
+       "Zeb_InitializeAndGenerate: lr = 5,\n  minimum length required = 30."},
       {[&](ZebError* f) { g05tac(G, 4, 3, 0.5, r, &lr, bad.data(), k, f); }, st},
       {[&](ZebError* f) { g05tac(Zeb_GenerateFromReference, 4, 3, 0.5, r, &lr, s.data(), k, f); },
        "NE_REF_VEC:\n  On entry, some of the elements of the array r have been corrupted or\n"
@@ -149,8 +149,8 @@ TEST(DistributionFailures, CTexts) {
 TEST(DistributionFailures, FortranNumbers) {
   State s = make(2, {3}), bad = s;
   bad[0] = 1;
-  int64_t n = 4, neg = -1, k[4], mode2 = 2, mode7 = 7, lr = 64, m = 5, two = 2, one = 1, i3 = 3;
-  double x[8], r[64] = {}, zero = 0.0, half = 0.5, p2[2] = {0.5, 0.5};
+  int64_t n = 4, neg = -1, k[4], mode2 = 2, mode7 = 7, lr = 256, m = 5, two = 2, one = 1, i3 = 3;
+  double x[8], r[256] = {}, zero = 0.0, half = 0.5, p2[2] = {0.5, 0.5};
   const struct {
     std::function<void(int64_t*)> call;
     int64_t ifail;
