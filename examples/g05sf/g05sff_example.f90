@@ -1,0 +1,18 @@
+! Exponential variates with mean 2.5, by inversion.
+program g05sff_example
+  use zeb, only: g05kff, g05sff
+  implicit none
+  integer(kind=8) :: seed(4), state(29), lstate, ifail
+  real(kind=8) :: x(6)
+  seed = [5, 6, 7, 8]
+  lstate = 29
+  write (*, '(a)') 'g05sff example results'
+  write (*, '(a)') ''
+  ifail = 0
+  call g05kff(4_8, 0_8, seed, 4_8, state, lstate, ifail)
+  call g05sff(6_8, 2.5d0, state, x, ifail)
+  write (*, '(f12.6)') x
+  ifail = 1
+  call g05sff(6_8, -1.0d0, state, x, ifail)
+  write (*, '(a, i0)') 'with a bad argument, ifail = ', ifail
+end program g05sff_example

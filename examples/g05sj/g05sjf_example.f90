@@ -1,0 +1,18 @@
+! Gamma variates with shape 0.5 and scale 2.
+program g05sjf_example
+  use zeb, only: g05kff, g05sjf
+  implicit none
+  integer(kind=8) :: seed(1), state(61), lstate, ifail
+  real(kind=8) :: x(6)
+  seed(1) = 2024
+  lstate = 61
+  write (*, '(a)') 'g05sjf example results'
+  write (*, '(a)') ''
+  ifail = 0
+  call g05kff(6_8, 0_8, seed, 1_8, state, lstate, ifail)
+  call g05sjf(6_8, 0.5d0, 2.0d0, state, x, ifail)
+  write (*, '(f12.6)') x
+  ifail = 1
+  call g05sjf(6_8, 0.0d0, 2.0d0, state, x, ifail)
+  write (*, '(a, i0)') 'with a bad argument, ifail = ', ifail
+end program g05sjf_example

@@ -1,0 +1,18 @@
+/* Weibull variates with shape 1.5 and scale 2. */
+#include <stdio.h>
+#include <zeb.h>
+
+int main(void) {
+  Integer seed[1] = {8}, lstate = 61, state[61];
+  double x[6];
+  ZebError fail;
+  int i;
+  ZEB_INIT_FAIL(fail);
+  printf("g05ssc example results\n\n");
+  zeb_rand_init_repeatable(Zeb_MRG32k3a, 0, seed, 1, state, &lstate, &fail);
+  zeb_rand_weibull(6, 1.5, 2.0, state, x, &fail);
+  for (i = 0; i < 6; ++i) printf("%12.6f\n", x[i]);
+  zeb_rand_weibull(6, 0.0, 2.0, state, x, &fail);
+  printf("%s\n", fail.message);
+  return 0;
+}
