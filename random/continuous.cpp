@@ -114,7 +114,7 @@ ZEB_RNG_ROUTINE(g05srf, G05SRF_ARGS, &kN1, &kVk, &kState3)
 // ---- g05ss: Weibull ------------------------------------------------------
 ZEB_RNG_ROUTINE(g05ssf, G05SSF_ARGS, &kN1, &kBetaA, &kBetaB, &kState4)
 
-// Beta(a, b), Cheng's BB and BC: about 2.5 uniforms per variate.
+// Beta(a, b): a ratio of gamma variates, about 6.2 uniforms per variate.
 extern "C" void g05sbfn_(const int64_t* n, const double* a, const double* b, int64_t* state,
                          double* x, char* eb, int64_t* ifail, int64_t len) {
   *ifail = 0;
@@ -123,7 +123,7 @@ extern "C" void g05sbfn_(const int64_t* n, const double* a, const double* b, int
   if (!positive(*b)) return zeb::fail(eb, len, ifail, kBetaB, *b);
   if (bad_state(state, kState4, kState4, eb, len, ifail)) return;
   const BetaSampler beta(*a, *b);
-  Uniforms u(state, 2.5 * double(*n));
+  Uniforms u(state, 6.2 * double(*n));
   for (int64_t i = 0; i < *n; ++i) x[i] = beta(u);
 }
 
@@ -147,7 +147,7 @@ extern "C" void g05sdfn_(const int64_t* n, const double* df, int64_t* state, dou
   if (*n < 0) return zeb::fail(eb, len, ifail, kN1, *n);
   if (!positive(*df)) return zeb::fail(eb, len, ifail, kDf, *df);
   if (bad_state(state, kState3, kState3, eb, len, ifail)) return;
-  Uniforms u(state, 2.1 * double(*n));
+  Uniforms u(state, 3.1 * double(*n));
   const GammaSampler gamma(0.5 * *df);
   for (int64_t i = 0; i < *n; ++i) x[i] = 2.0 * gamma(u);
 }
@@ -163,9 +163,10 @@ extern "C" void g05sefn_(const int64_t* n, const int64_t* m, const double* a, in
     if (!positive(a[j])) return zeb::fail(eb, len, ifail, kDirA, a[j], j + 1);
   if (bad_state(state, kState4, kState4, eb, len, ifail)) return;
   if (*ldx < std::max<int64_t>(*n, 1)) return zeb::fail(eb, len, ifail, kDirLdx, *ldx, *n);
-  Uniforms u(state, 2.2 * double(*n) * double(*m));
+  Uniforms u(state, 3.2 * double(*n) * double(*m));
   std::vector<GammaSampler> gamma(a, a + *m);
-  const bool logs = *std::min_element(a, a + *m) < kSmallShape;
+  const bool logs = *std::min_element(a, a + *m) < kSmallShape ||
+                    *std::max_element(a, a + *m) > 1e300 / double(*m);
   std::vector<double> g(static_cast<size_t>(*m));
   for (int64_t i = 0; i < *n; ++i) {
     double top = -HUGE_VAL, s = 0.0;
@@ -232,7 +233,7 @@ extern "C" void g05shfn_(const int64_t* n, const double* df1, const double* df2,
   const double h1 = 0.5 * *df1, h2 = 0.5 * *df2, shift = std::log(h2) - std::log(h1);
   const GammaSampler g1(h1), g2(h2);
   const bool logs = std::min(h1, h2) < kSmallShape || std::max(h1, h2) > 1e300;
-  Uniforms u(state, 4.2 * double(*n));
+  Uniforms u(state, 6.2 * double(*n));
   for (int64_t i = 0; i < *n; ++i) {
     if (logs) {
       const double l1 = g1.log(u);
@@ -252,7 +253,7 @@ extern "C" void g05sjfn_(const int64_t* n, const double* a, const double* b, int
   if (!positive(*a)) return zeb::fail(eb, len, ifail, kBetaA, *a);
   if (!positive(*b)) return zeb::fail(eb, len, ifail, kBetaB, *b);
   if (bad_state(state, kState4, kState4, eb, len, ifail)) return;
-  Uniforms u(state, 2.1 * double(*n));
+  Uniforms u(state, 3.1 * double(*n));
   const GammaSampler gamma(*a);
   const double scale = *b;
   for (int64_t i = 0; i < *n; ++i) x[i] = gamma(u) * scale;
@@ -294,7 +295,7 @@ extern "C" void g05snfn_(const int64_t* n, const double* df, int64_t* state, dou
   const double h = 0.5 * *df, lh = std::log(h);
   const GammaSampler gamma(h);
   const bool logs = h < kSmallShape;
-  Uniforms u(state, 3.1 * double(*n));
+  Uniforms u(state, 4.1 * double(*n));
   for (int64_t i = 0; i < *n; ++i) {
     const double z = normal_quantile(u());
     x[i] = logs ? std::copysign(std::exp(std::log(std::fabs(z)) + 0.5 * (lh - gamma.log(u))), z)

@@ -57,6 +57,55 @@ double normal_quantile(double u) {
 }
 
 
+namespace {
+
+// The ziggurat of 128 layers of equal area under the normal density
+// (Marsaglia and Tsang, J. Statist. Software 5(8), 2000), in Doornik's form
+// with real arithmetic (2005): x[1] = r is where the tail starts, x[0] the
+// base strip's equivalent width, x[128] = 0.
+struct Ziggurat {
+  static constexpr double kR = 3.442619855899, kV = 9.91256303526217e-3;
+  double x[129], ratio[128];
+  Ziggurat() {
+    double f = std::exp(-0.5 * kR * kR);
+    x[0] = kV / f;
+    x[1] = kR;
+    x[128] = 0.0;
+    for (int i = 2; i < 128; ++i) {
+      x[i] = std::sqrt(-2.0 * std::log(kV / x[i - 1] + f));
+      f = std::exp(-0.5 * x[i] * x[i]);
+    }
+    for (int i = 0; i < 128; ++i) ratio[i] = x[i + 1] / x[i];
+  }
+};
+
+// A standard normal deviate: one uniform picks the layer, another the
+// abscissa (independent, so the layer does not bias the value); about 2.03
+// uniforms per deviate.  The gamma sampler's normal, where inversion is not
+// needed.
+double normal_ziggurat(Uniforms& u) {
+  static const Ziggurat z;
+  for (;;) {
+    const int i = int(u() * 128.0);
+    const double v = 2.0 * u() - 1.0;
+    if (std::fabs(v) < z.ratio[i]) return v * z.x[i];
+    if (i == 0) {  // the tail beyond r, by Marsaglia's method
+      double a, b;
+      do {
+        a = -std::log(u()) / Ziggurat::kR;
+        b = -std::log(u());
+      } while (b + b < a * a);
+      return v < 0.0 ? -(Ziggurat::kR + a) : Ziggurat::kR + a;
+    }
+    const double x = v * z.x[i], xx = x * x;
+    const double f0 = std::exp(-0.5 * (z.x[i] * z.x[i] - xx));
+    const double f1 = std::exp(-0.5 * (z.x[i + 1] * z.x[i + 1] - xx));
+    if (f1 + u() * (f0 - f1) < 1.0) return x;
+  }
+}
+
+}  // namespace
+
 GammaSampler::GammaSampler(double a)
     : d((a < 1.0 ? a + 1.0 : a) - 1.0 / 3.0),
       c(1.0 / std::sqrt(9.0 * d)),
@@ -66,7 +115,7 @@ GammaSampler::GammaSampler(double a)
 
 double GammaSampler::core(Uniforms& u) const {
   for (;;) {
-    const double z = normal_quantile(u());
+    const double z = normal_ziggurat(u);
     double v = 1.0 + c * z;
     if (v <= 0.0) continue;
     v = v * v * v;
@@ -86,83 +135,16 @@ double GammaSampler::log(Uniforms& u) const {
   return small ? g + std::log(u()) * inv_a : g;
 }
 
-namespace {
-constexpr double kLog4 = 1.3862943611198906;  // log 4
-constexpr double kOnePlusLog5 = 2.6094379124341003;
-
-// log(exp(x) + exp(y)).
-inline double log_add(double x, double y) {
-  const double m = std::max(x, y);
-  return m == -HUGE_VAL ? m : m + std::log1p(std::exp(-std::fabs(x - y)));
-}
-}  // namespace
-
-// Past this sum of the shapes Cheng's tests lose their accuracy to
-// cancellation (terms of the size of the shapes are subtracted), and the
-// variate is formed as G_a/(G_a + G_b) from two gamma variates instead.
-constexpr double kLargeBeta = 1e8;
-
-// BB draws W with X = W/(hi + W) ~ Beta(lo, hi) (lo the smaller shape); BC
-// the same with the roles of the shapes exchanged (lo the larger).  Shapes
-// below 1e-300 are taken as 1e-300: both round every variate to 0 or 1.
-BetaSampler::BetaSampler(double a_, double b_) : a(a_), b(b_), ga(a_), gb(b_) {
-  const double small = std::max(std::min(a, b), 1e-300), large = std::max(a, b);
-  bb = small > 1.0;
-  ratio = small + large > kLargeBeta;
-  lo = bb ? small : large;
-  hi = bb ? large : small;
-  alpha = lo + hi;
-  log_lo = std::log(lo);
-  log_hi = std::log(hi);
-  log_alpha = std::log(alpha);
-  if (bb) {
-    beta = std::sqrt((alpha - 2.0) / (2.0 * lo * hi - alpha));
-    gamma = lo + 1.0 / beta;
-  } else {
-    beta = 1.0 / hi;
-    const double delta = 1.0 + lo - hi;
-    k1 = delta * (0.0138889 + 0.0416667 * hi) / (lo * beta - 0.777778);
-    k2 = 0.25 + (0.5 + 0.25 / delta) * hi;
-  }
-}
+BetaSampler::BetaSampler(double a, double b)
+    : ga(a), gb(b), logs(std::min(a, b) < kSmallShape || std::max(a, b) > 1e300) {}
 
 double BetaSampler::operator()(Uniforms& u) const {
-  if (ratio) {  // both shapes large: no underflow
-    const double g1 = ga(u);
-    return g1 / (g1 + gb(u));
+  if (logs) {
+    const double l1 = ga.log(u);
+    return 1.0 / (1.0 + std::exp(gb.log(u) - l1));
   }
-  if (bb) {
-    for (;;) {
-      const double u1 = u(), u2 = u();
-      const double v = beta * std::log(u1 / (1.0 - u1)), w = lo * std::exp(v);
-      const double z = u1 * u1 * u2, r = gamma * v - kLog4, s = lo + r - w;
-      if (s + kOnePlusLog5 < 5.0 * z) {
-        const double t = std::log(z);
-        if (s <= t && r + alpha * std::log(alpha / (hi + w)) < t) continue;
-      }
-      // X = W/(hi + W) is Beta(lo, hi); 1 - X = hi/(hi + W) is Beta(hi, lo).
-      return lo == a ? w / (hi + w) : hi / (hi + w);
-    }
-  }
-  double lw;  // log W, which may overflow as W
-  for (;;) {
-    const double u1 = u(), u2 = u();
-    const double v = beta * std::log(u1 / (1.0 - u1));
-    lw = log_lo + v;
-    double z;
-    if (u1 < 0.5) {
-      const double y = u1 * u2;
-      z = u1 * y;
-      if (0.25 * u2 + z - y >= k1) continue;
-    } else {
-      z = u1 * u1 * u2;
-      if (z <= 0.25) break;
-      if (z >= k2) continue;
-    }
-    if (alpha * (log_alpha - log_add(log_hi, lw) + v) - kLog4 >= std::log(z)) break;
-  }
-  const double e = log_hi - lw;
-  return lo == a ? 1.0 / (1.0 + std::exp(e)) : 1.0 / (1.0 + std::exp(-e));
+  const double g1 = ga(u);
+  return g1 / (g1 + gb(u));
 }
 
 // r = (1 + rho^2)/(2 rho) with rho = (tau - sqrt(2 tau))/(2 k) and

@@ -294,4 +294,8 @@ TEST(Distributions, EdgesOfTheParameterRanges) {
   EXPECT_TRUE(std::all_of(k, k + 1000, [](Integer v) { return v >= INT64_MAX - 1; }));
   g05tcc(Zeb_InitializeAndGenerate, 1000, 1.0, r, &lr, s.data(), k, nullptr);
   EXPECT_EQ(*std::max_element(k, k + 1000), 0);
+  const double third[3] = {0.25, 0.25, 0.5};
+  g05tdc(Zeb_InitializeAndGenerate, 1000, third, 3, INT64_MAX - 2, Zeb_PDF, r, &lr, s.data(), k, nullptr);
+  EXPECT_EQ(*std::min_element(k, k + 1000), INT64_MAX - 2);
+  EXPECT_EQ(*std::max_element(k, k + 1000), INT64_MAX);
 }
