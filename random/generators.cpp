@@ -325,6 +325,11 @@ Mat mat_power(const Mat& x, u128 e) {
   const Mat one{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}, x.m};
   return power<Mat>(x, e, one, matmul);
 }
+// x reduced towards 2^32 + small, congruent modulo 2^32 - c.
+inline uint64_t fold(uint64_t x, uint64_t c) { return (x >> 32) * c + (x & 0xffffffffu); }
+// x mod m for x < 2 m.
+inline uint64_t reduce(uint64_t x, int64_t m) { return x >= uint64_t(m) ? x - uint64_t(m) : x; }
+
 // The components' matrices have the multiplicative order m^3 - 1.
 u128 mrg_order(int c) { return u128(kMod[c]) * u128(kMod[c]) * u128(kMod[c]) - 1; }
 
@@ -391,22 +396,24 @@ extern "C" void g05saen_(const int64_t* n, int64_t* st, double* out) {
     }
     return;
   }
-  double s10 = double(W(st, 5)), s11 = double(W(st, 6)), s12 = double(W(st, 7));
-  double s20 = double(W(st, 8)), s21 = double(W(st, 9)), s22 = double(W(st, 10));
-  const double m1 = double(kM1), m2 = double(kM2);
+  // The published recurrence in exact integer arithmetic: the same integers
+  // as its floating-point form, without divisions.  Each product sum is made
+  // nonnegative by adding a multiple of the modulus, then folded twice
+  // through 2^32 = m + c (c = 209 for m1, 22853 for m2), which leaves it
+  // below 2 m.
+  uint64_t s10 = uint64_t(W(st, 5)), s11 = uint64_t(W(st, 6)), s12 = uint64_t(W(st, 7));
+  uint64_t s20 = uint64_t(W(st, 8)), s21 = uint64_t(W(st, 9)), s22 = uint64_t(W(st, 10));
   for (int64_t i = 0; i < *n; ++i) {
-    double p1 = 1403580.0 * s11 - 810728.0 * s10;
-    p1 -= std::floor(p1 / m1) * m1;
+    const uint64_t p1 = reduce(fold(fold(1403580 * s11 + 810728 * (kM1 - s10), 209), 209), kM1);
     s10 = s11;
     s11 = s12;
     s12 = p1;
-    double p2 = 527612.0 * s22 - 1370589.0 * s20;
-    p2 -= std::floor(p2 / m2) * m2;
+    const uint64_t p2 = reduce(fold(fold(527612 * s22 + 1370589 * (kM2 - s20), 22853), 22853), kM2);
     s20 = s21;
     s21 = s22;
     s22 = p2;
-    const double z = p1 - p2;
-    out[i] = (z > 0.0 ? z : z + m1) * kNorm;
+    const int64_t z = int64_t(p1) - int64_t(p2);
+    out[i] = double(z > 0 ? z : z + kM1) * kNorm;
   }
   W(st, 5) = int64_t(s10), W(st, 6) = int64_t(s11), W(st, 7) = int64_t(s12);
   W(st, 8) = int64_t(s20), W(st, 9) = int64_t(s21), W(st, 10) = int64_t(s22);
