@@ -1,18 +1,28 @@
-/* Exponential variates with mean 2.5, by inversion. */
+/* Exponential variates with mean 2.5, from Wichmann-Hill II. */
 #include <stdio.h>
 #include <zeb.h>
 
 int main(void) {
-  Integer seed[4] = {5, 6, 7, 8}, lstate = 29, state[29];
-  double x[6];
+  Integer seed[4] = {20250, 7777, 13579, 86420}, lstate = 29, state[29];
+  static double x[10000];
+  double mean = 0.0, var = 0.0;
   ZebError fail;
   int i;
   ZEB_INIT_FAIL(fail);
   printf("g05sfc example results\n\n");
   zeb_rand_init_repeatable(Zeb_WichmannHill_II, 0, seed, 4, state, &lstate, &fail);
+  /* six variates */
   zeb_rand_exp(6, 2.5, state, x, &fail);
   for (i = 0; i < 6; ++i) printf("%12.6f\n", x[i]);
-  zeb_rand_exp(6, -1.0, state, x, &fail);
+  /* a larger sample: mean 2.5 and variance 6.25 in theory */
+  zeb_rand_exp(10000, 2.5, state, x, &fail);
+  for (i = 0; i < 10000; ++i) mean += x[i];
+  mean /= 10000;
+  for (i = 0; i < 10000; ++i) var += (x[i] - mean) * (x[i] - mean);
+  var /= 9999;
+  printf("sample mean %8.4f, sample variance %8.4f\n", mean, var);
+  /* an argument out of range: nothing is drawn */
+  zeb_rand_exp(6, -2.5, state, x, &fail);
   printf("%s\n", fail.message);
   return 0;
 }

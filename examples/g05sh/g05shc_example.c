@@ -1,18 +1,28 @@
-/* F variates with 5 and 12 degrees of freedom. */
+/* F variates with 4 and 10 degrees of freedom, from ACORN. */
 #include <stdio.h>
 #include <zeb.h>
 
 int main(void) {
-  Integer seed[1] = {271828}, lstate = 1260, state[1260];
-  double x[6];
+  Integer seed[1] = {314159265}, lstate = 34, state[34];
+  static double x[10000];
+  double mean = 0.0, var = 0.0;
   ZebError fail;
   int i;
   ZEB_INIT_FAIL(fail);
   printf("g05shc example results\n\n");
-  zeb_rand_init_repeatable(Zeb_MersenneTwister, 0, seed, 1, state, &lstate, &fail);
-  zeb_rand_f(6, 5.0, 12.0, state, x, &fail);
+  zeb_rand_init_repeatable(Zeb_ACORN, 0, seed, 1, state, &lstate, &fail);
+  /* six variates */
+  zeb_rand_f(6, 4.0, 10.0, state, x, &fail);
   for (i = 0; i < 6; ++i) printf("%12.6f\n", x[i]);
-  zeb_rand_f(6, 5.0, 0.0, state, x, &fail);
+  /* a larger sample: mean 1.25 and variance 1.5625 in theory */
+  zeb_rand_f(10000, 4.0, 10.0, state, x, &fail);
+  for (i = 0; i < 10000; ++i) mean += x[i];
+  mean /= 10000;
+  for (i = 0; i < 10000; ++i) var += (x[i] - mean) * (x[i] - mean);
+  var /= 9999;
+  printf("sample mean %8.4f, sample variance %8.4f\n", mean, var);
+  /* an argument out of range: nothing is drawn */
+  zeb_rand_f(6, 4.0, 0.0, state, x, &fail);
   printf("%s\n", fail.message);
   return 0;
 }

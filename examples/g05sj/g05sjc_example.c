@@ -1,18 +1,28 @@
-/* Gamma variates with shape 0.5 and scale 2. */
+/* Gamma variates with shape 2.5 and scale 2, from MRG32k3a. */
 #include <stdio.h>
 #include <zeb.h>
 
 int main(void) {
   Integer seed[1] = {2024}, lstate = 61, state[61];
-  double x[6];
+  static double x[10000];
+  double mean = 0.0, var = 0.0;
   ZebError fail;
   int i;
   ZEB_INIT_FAIL(fail);
   printf("g05sjc example results\n\n");
   zeb_rand_init_repeatable(Zeb_MRG32k3a, 0, seed, 1, state, &lstate, &fail);
-  zeb_rand_gamma(6, 0.5, 2.0, state, x, &fail);
+  /* six variates */
+  zeb_rand_gamma(6, 2.5, 2.0, state, x, &fail);
   for (i = 0; i < 6; ++i) printf("%12.6f\n", x[i]);
-  zeb_rand_gamma(6, 0.0, 2.0, state, x, &fail);
+  /* a larger sample: mean 5 and variance 10 in theory */
+  zeb_rand_gamma(10000, 2.5, 2.0, state, x, &fail);
+  for (i = 0; i < 10000; ++i) mean += x[i];
+  mean /= 10000;
+  for (i = 0; i < 10000; ++i) var += (x[i] - mean) * (x[i] - mean);
+  var /= 9999;
+  printf("sample mean %8.4f, sample variance %8.4f\n", mean, var);
+  /* an argument out of range: nothing is drawn */
+  zeb_rand_gamma(6, 2.5, 0.0, state, x, &fail);
   printf("%s\n", fail.message);
   return 0;
 }

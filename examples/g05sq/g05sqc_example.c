@@ -1,17 +1,27 @@
-/* Uniform variates on [-1, 3], by inversion. */
+/* Uniform variates on [-1, 3] from ACORN of order 6 with three digits. */
 #include <stdio.h>
 #include <zeb.h>
 
 int main(void) {
-  Integer seed[4] = {1, 2, 3, 4}, lstate = 29, state[29];
-  double x[6];
+  Integer seed[1] = {19}, lstate = 30, state[30];
+  static double x[10000];
+  double mean = 0.0, var = 0.0;
   ZebError fail;
   int i;
   ZEB_INIT_FAIL(fail);
   printf("g05sqc example results\n\n");
-  zeb_rand_init_repeatable(Zeb_WichmannHill_II, 0, seed, 4, state, &lstate, &fail);
+  zeb_rand_init_repeatable(Zeb_ACORN, 2005, seed, 1, state, &lstate, &fail);
+  /* six variates */
   zeb_rand_uniform(6, -1.0, 3.0, state, x, &fail);
   for (i = 0; i < 6; ++i) printf("%12.6f\n", x[i]);
+  /* a larger sample: mean 1 and variance 1.3333 in theory */
+  zeb_rand_uniform(10000, -1.0, 3.0, state, x, &fail);
+  for (i = 0; i < 10000; ++i) mean += x[i];
+  mean /= 10000;
+  for (i = 0; i < 10000; ++i) var += (x[i] - mean) * (x[i] - mean);
+  var /= 9999;
+  printf("sample mean %8.4f, sample variance %8.4f\n", mean, var);
+  /* an argument out of range: nothing is drawn */
   zeb_rand_uniform(6, 3.0, -1.0, state, x, &fail);
   printf("%s\n", fail.message);
   return 0;

@@ -1,18 +1,28 @@
-/* Weibull variates with shape 1.5 and scale 2. */
+/* Weibull variates with shape 1.5 and scale 3, from the basic generator. */
 #include <stdio.h>
 #include <zeb.h>
 
 int main(void) {
-  Integer seed[1] = {8}, lstate = 61, state[61];
-  double x[6];
+  Integer seed[1] = {5}, lstate = 17, state[17];
+  static double x[10000];
+  double mean = 0.0, var = 0.0;
   ZebError fail;
   int i;
   ZEB_INIT_FAIL(fail);
   printf("g05ssc example results\n\n");
-  zeb_rand_init_repeatable(Zeb_MRG32k3a, 0, seed, 1, state, &lstate, &fail);
-  zeb_rand_weibull(6, 1.5, 2.0, state, x, &fail);
+  zeb_rand_init_repeatable(Zeb_Basic, 0, seed, 1, state, &lstate, &fail);
+  /* six variates */
+  zeb_rand_weibull(6, 1.5, 3.0, state, x, &fail);
   for (i = 0; i < 6; ++i) printf("%12.6f\n", x[i]);
-  zeb_rand_weibull(6, 0.0, 2.0, state, x, &fail);
+  /* a larger sample: mean 2.7082 and variance 3.3812 in theory */
+  zeb_rand_weibull(10000, 1.5, 3.0, state, x, &fail);
+  for (i = 0; i < 10000; ++i) mean += x[i];
+  mean /= 10000;
+  for (i = 0; i < 10000; ++i) var += (x[i] - mean) * (x[i] - mean);
+  var /= 9999;
+  printf("sample mean %8.4f, sample variance %8.4f\n", mean, var);
+  /* an argument out of range: nothing is drawn */
+  zeb_rand_weibull(6, 0.0, 3.0, state, x, &fail);
   printf("%s\n", fail.message);
   return 0;
 }

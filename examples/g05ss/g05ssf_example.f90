@@ -1,18 +1,25 @@
-! Weibull variates with shape 1.5 and scale 2.
+! Weibull variates with shape 1.5 and scale 3, from the basic generator.
 program g05ssf_example
   use zeb, only: g05kff, g05ssf
   implicit none
-  integer(kind=8) :: seed(1), state(61), lstate, ifail
-  real(kind=8) :: x(6)
-  seed(1) = 8
-  lstate = 61
+  integer(kind=8) :: seed(1), state(17), lstate, ifail
+  real(kind=8) :: x(10000), mean, var
+  seed(1) = 5
+  lstate = 17
   write (*, '(a)') 'g05ssf example results'
   write (*, '(a)') ''
   ifail = 0
-  call g05kff(6_8, 0_8, seed, 1_8, state, lstate, ifail)
-  call g05ssf(6_8, 1.5d0, 2.0d0, state, x, ifail)
-  write (*, '(f12.6)') x
+  call g05kff(1_8, 0_8, seed, 1_8, state, lstate, ifail)
+  ! six variates
+  call g05ssf(6_8, 1.5d0, 3.0d0, state, x, ifail)
+  write (*, '(f12.6)') x(1:6)
+  ! a larger sample: mean 2.7082 and variance 3.3812 in theory
+  call g05ssf(10000_8, 1.5d0, 3.0d0, state, x, ifail)
+  mean = sum(x) / size(x)
+  var = sum((x - mean)**2) / (size(x) - 1)
+  write (*, '(a, f8.4, a, f8.4)') 'sample mean ', mean, ', sample variance ', var
+  ! an argument out of range, with ifail = 1 on entry: a soft failure
   ifail = 1
-  call g05ssf(6_8, 0.0d0, 2.0d0, state, x, ifail)
-  write (*, '(a, i0)') 'with a bad argument, ifail = ', ifail
+  call g05ssf(6_8, 0.0d0, 3.0d0, state, x, ifail)
+  write (*, '(a, i0)') 'with a zero shape, ifail = ', ifail
 end program g05ssf_example
