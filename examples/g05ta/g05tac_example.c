@@ -1,27 +1,36 @@
-/* Binomial variates: 20 trials with probability 0.35. */
+/* Binomial variates: 20 trials of probability 0.35, from the Mersenne Twister. */
 #include <stdio.h>
+#include <stdlib.h>
 #include <zeb.h>
 
 int main(void) {
   Integer seed[1] = {1234}, lstate = 1260, state[1260];
-  Integer x[8], lr = 0;
-  double r[4096];
+  static Integer x[10000];
+  Integer lr = 0;
+  double *r, mean = 0.0, var = 0.0;
   ZebError fail;
   int i;
   ZEB_INIT_FAIL(fail);
   printf("g05tac example results\n\n");
   zeb_rand_init_repeatable(Zeb_MersenneTwister, 0, seed, 1, state, &lstate, &fail);
-  /* the length r needs, then r set up once and used twice */
+  /* the length r needs, then r set up once */
   zeb_rand_binomial(Zeb_InitializeReference, 0, 20, 0.35, NULL, &lr, state, x, &fail);
   printf("lr = %ld\n", (long)lr);
+  if ((r = malloc((size_t)lr * sizeof *r)) == NULL) return 1;
   zeb_rand_binomial(Zeb_InitializeReference, 0, 20, 0.35, r, &lr, state, x, &fail);
-  zeb_rand_binomial(Zeb_GenerateFromReference, 8, 20, 0.35, r, &lr, state, x, &fail);
-  for (i = 0; i < 8; ++i) printf("%5ld", (long)x[i]);
-  zeb_rand_binomial(Zeb_GenerateFromReference, 8, 20, 0.35, r, &lr, state, x, &fail);
+  zeb_rand_binomial(Zeb_GenerateFromReference, 10, 20, 0.35, r, &lr, state, x, &fail);
+  for (i = 0; i < 10; ++i) printf("%4ld", (long)x[i]);
   printf("\n");
-  for (i = 0; i < 8; ++i) printf("%5ld", (long)x[i]);
-  printf("\n");
-  zeb_rand_binomial(Zeb_InitializeAndGenerate, 8, 20, 1.35, r, &lr, state, x, &fail);
+  /* 10000 more from the same r: mean 7 and variance 4.55 in theory */
+  zeb_rand_binomial(Zeb_GenerateFromReference, 10000, 20, 0.35, r, &lr, state, x, &fail);
+  for (i = 0; i < 10000; ++i) mean += (double)x[i];
+  mean /= 10000;
+  for (i = 0; i < 10000; ++i) var += (x[i] - mean) * (x[i] - mean);
+  var /= 9999;
+  printf("sample mean %8.4f, sample variance %8.4f\n", mean, var);
+  /* an argument out of range: r is left as it was */
+  zeb_rand_binomial(Zeb_InitializeAndGenerate, 10, 20, 1.35, r, &lr, state, x, &fail);
   printf("%s\n", fail.message);
+  free(r);
   return 0;
 }

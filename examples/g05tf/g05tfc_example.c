@@ -1,27 +1,36 @@
-/* Logarithmic variates with parameter 0.8. */
+/* Logarithmic variates with a = 0.9, from MRG32k3a. */
 #include <stdio.h>
+#include <stdlib.h>
 #include <zeb.h>
 
 int main(void) {
-  Integer seed[4] = {9, 8, 7, 6}, lstate = 29, state[29];
-  Integer x[8], lr = 0;
-  double r[4096];
+  Integer seed[1] = {31}, lstate = 61, state[61];
+  static Integer x[10000];
+  Integer lr = 0;
+  double *r, mean = 0.0, var = 0.0;
   ZebError fail;
   int i;
   ZEB_INIT_FAIL(fail);
   printf("g05tfc example results\n\n");
-  zeb_rand_init_repeatable(Zeb_WichmannHill_II, 0, seed, 4, state, &lstate, &fail);
-  /* the length r needs, then r set up once and used twice */
-  zeb_rand_logarithmic(Zeb_InitializeReference, 0, 0.8, NULL, &lr, state, x, &fail);
+  zeb_rand_init_repeatable(Zeb_MRG32k3a, 0, seed, 1, state, &lstate, &fail);
+  /* the length r needs, then r set up once */
+  zeb_rand_logarithmic(Zeb_InitializeReference, 0, 0.9, NULL, &lr, state, x, &fail);
   printf("lr = %ld\n", (long)lr);
-  zeb_rand_logarithmic(Zeb_InitializeReference, 0, 0.8, r, &lr, state, x, &fail);
-  zeb_rand_logarithmic(Zeb_GenerateFromReference, 8, 0.8, r, &lr, state, x, &fail);
-  for (i = 0; i < 8; ++i) printf("%5ld", (long)x[i]);
-  zeb_rand_logarithmic(Zeb_GenerateFromReference, 8, 0.8, r, &lr, state, x, &fail);
+  if ((r = malloc((size_t)lr * sizeof *r)) == NULL) return 1;
+  zeb_rand_logarithmic(Zeb_InitializeReference, 0, 0.9, r, &lr, state, x, &fail);
+  zeb_rand_logarithmic(Zeb_GenerateFromReference, 10, 0.9, r, &lr, state, x, &fail);
+  for (i = 0; i < 10; ++i) printf("%4ld", (long)x[i]);
   printf("\n");
-  for (i = 0; i < 8; ++i) printf("%5ld", (long)x[i]);
-  printf("\n");
-  zeb_rand_logarithmic(Zeb_InitializeAndGenerate, 8, 1.5, r, &lr, state, x, &fail);
+  /* 10000 more from the same r: mean 3.9087 and variance 23.8090 in theory */
+  zeb_rand_logarithmic(Zeb_GenerateFromReference, 10000, 0.9, r, &lr, state, x, &fail);
+  for (i = 0; i < 10000; ++i) mean += (double)x[i];
+  mean /= 10000;
+  for (i = 0; i < 10000; ++i) var += (x[i] - mean) * (x[i] - mean);
+  var /= 9999;
+  printf("sample mean %8.4f, sample variance %8.4f\n", mean, var);
+  /* an argument out of range: r is left as it was */
+  zeb_rand_logarithmic(Zeb_InitializeAndGenerate, 10, 1.0, r, &lr, state, x, &fail);
   printf("%s\n", fail.message);
+  free(r);
   return 0;
 }

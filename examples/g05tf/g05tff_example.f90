@@ -1,26 +1,33 @@
-! Logarithmic variates with parameter 0.8.
+! Logarithmic variates with a = 0.9, from MRG32k3a.
 program g05tff_example
   use zeb, only: g05kff, g05tff
   implicit none
-  integer(kind=8) :: seed(4), state(29), lstate, ifail
-  integer(kind=8) :: x(8), lr
-  real(kind=8) :: r(4096)
-  seed = [9, 8, 7, 6]
-  lstate = 29
+  integer(kind=8) :: seed(1), state(61), lstate, ifail, lr, x(10000)
+  real(kind=8) :: query(1), mean, var
+  real(kind=8), allocatable :: r(:)
+  seed(1) = 31
+  lstate = 61
   write (*, '(a)') 'g05tff example results'
   write (*, '(a)') ''
   ifail = 0
-  call g05kff(4_8, 0_8, seed, 4_8, state, lstate, ifail)
-  ! the length r needs (ifail = -1 reports the query), then r set up once
+  call g05kff(6_8, 0_8, seed, 1_8, state, lstate, ifail)
+  ! the length r needs (a query: ifail = -1 and nothing set up), then r set up once
   lr = 0
   ifail = 1
-  call g05tff(0_8, 0_8, 0.8d0, r, lr, state, x, ifail)
+  call g05tff(0_8, 0_8, 0.9d0, query, lr, state, x, ifail)
   write (*, '(a, i0, a, i0)') 'lr = ', lr, ', ifail = ', ifail
+  allocate (r(lr))
   ifail = 0
-  call g05tff(0_8, 0_8, 0.8d0, r, lr, state, x, ifail)
-  call g05tff(1_8, 8_8, 0.8d0, r, lr, state, x, ifail)
-  write (*, '(8i5)') x
+  call g05tff(0_8, 0_8, 0.9d0, r, lr, state, x, ifail)
+  call g05tff(1_8, 10_8, 0.9d0, r, lr, state, x, ifail)
+  write (*, '(10i4)') x(1:10)
+  ! 10000 more from the same r: mean 3.9087 and variance 23.8090 in theory
+  call g05tff(1_8, 10000_8, 0.9d0, r, lr, state, x, ifail)
+  mean = sum(real(x, 8)) / size(x)
+  var = sum((real(x, 8) - mean)**2) / (size(x) - 1)
+  write (*, '(a, f8.4, a, f8.4)') 'sample mean ', mean, ', sample variance ', var
+  ! an argument out of range, with ifail = 1 on entry: a soft failure
   ifail = 1
-  call g05tff(2_8, 8_8, 1.5d0, r, lr, state, x, ifail)
-  write (*, '(a, i0)') 'with a bad argument, ifail = ', ifail
+  call g05tff(2_8, 10_8, 1.0d0, r, lr, state, x, ifail)
+  write (*, '(a, i0)') 'with a = 1, ifail = ', ifail
 end program g05tff_example

@@ -1,10 +1,11 @@
-! Poisson variates, each with its own mean.
+! Poisson counts with a daily cycle: hour i has mean 5 + 4 sin(2 pi i/24), from MRG32k3a.
 program g05tkf_example
   use zeb, only: g05kff, g05tkf
   implicit none
   integer(kind=8) :: seed(1), state(61), lstate, ifail
-  real(kind=8) :: lambda(6)
-  integer(kind=8) :: x(6)
+  real(kind=8) :: lambda(24)
+  real(kind=8), parameter :: pi = 3.141592653589793d0
+  integer(kind=8) :: x(24)
   integer :: i
   seed(1) = 123
   lstate = 61
@@ -12,11 +13,14 @@ program g05tkf_example
   write (*, '(a)') ''
   ifail = 0
   call g05kff(6_8, 0_8, seed, 1_8, state, lstate, ifail)
-  lambda = [0.5d0, 2.0d0, 8.0d0, 30.0d0, 250.0d0, 1.0d6]
-  call g05tkf(6_8, lambda, state, x, ifail)
-  write (*, '(f12.1, i10)') (lambda(i), x(i), i = 1, 6)
+  lambda = [(5.0d0 + 4.0d0 * sin(2.0d0 * pi * i / 24.0d0), i = 0, 23)]
+  ! one day's counts, hour by hour
+  call g05tkf(24_8, lambda, state, x, ifail)
+  write (*, '(12i4)') x
+  write (*, '(a, i0, a, f0.1)') 'total ', sum(x), ', expected ', sum(lambda)
+  ! a negative mean, with ifail = 1 on entry: a soft failure
   lambda(3) = -8.0d0
   ifail = 1
-  call g05tkf(6_8, lambda, state, x, ifail)
+  call g05tkf(24_8, lambda, state, x, ifail)
   write (*, '(a, i0)') 'with a negative mean, ifail = ', ifail
 end program g05tkf_example

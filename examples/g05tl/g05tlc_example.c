@@ -1,27 +1,36 @@
-/* Uniform variates on the integers -5 to 5. */
+/* Uniform variates on the integers -3 to 12, from Wichmann-Hill II. */
 #include <stdio.h>
+#include <stdlib.h>
 #include <zeb.h>
 
 int main(void) {
-  Integer seed[4] = {3, 1, 4, 1}, lstate = 21, state[21];
-  Integer x[8], lr = 0;
-  double r[4096];
+  Integer seed[4] = {4242, 17171, 30303, 6006}, lstate = 29, state[29];
+  static Integer x[10000];
+  Integer lr = 0;
+  double *r, mean = 0.0, var = 0.0;
   ZebError fail;
   int i;
   ZEB_INIT_FAIL(fail);
   printf("g05tlc example results\n\n");
-  zeb_rand_init_repeatable(Zeb_WichmannHill_I, 0, seed, 4, state, &lstate, &fail);
-  /* the length r needs, then r set up once and used twice */
-  zeb_rand_discrete_uniform(Zeb_InitializeReference, 0, -5, 5, NULL, &lr, state, x, &fail);
+  zeb_rand_init_repeatable(Zeb_WichmannHill_II, 0, seed, 4, state, &lstate, &fail);
+  /* the length r needs, then r set up once */
+  zeb_rand_discrete_uniform(Zeb_InitializeReference, 0, -3, 12, NULL, &lr, state, x, &fail);
   printf("lr = %ld\n", (long)lr);
-  zeb_rand_discrete_uniform(Zeb_InitializeReference, 0, -5, 5, r, &lr, state, x, &fail);
-  zeb_rand_discrete_uniform(Zeb_GenerateFromReference, 8, -5, 5, r, &lr, state, x, &fail);
-  for (i = 0; i < 8; ++i) printf("%5ld", (long)x[i]);
-  zeb_rand_discrete_uniform(Zeb_GenerateFromReference, 8, -5, 5, r, &lr, state, x, &fail);
+  if ((r = malloc((size_t)lr * sizeof *r)) == NULL) return 1;
+  zeb_rand_discrete_uniform(Zeb_InitializeReference, 0, -3, 12, r, &lr, state, x, &fail);
+  zeb_rand_discrete_uniform(Zeb_GenerateFromReference, 10, -3, 12, r, &lr, state, x, &fail);
+  for (i = 0; i < 10; ++i) printf("%4ld", (long)x[i]);
   printf("\n");
-  for (i = 0; i < 8; ++i) printf("%5ld", (long)x[i]);
-  printf("\n");
-  zeb_rand_discrete_uniform(Zeb_InitializeAndGenerate, 8, 5, -5, r, &lr, state, x, &fail);
+  /* 10000 more from the same r: mean 4.5 and variance 21.25 in theory */
+  zeb_rand_discrete_uniform(Zeb_GenerateFromReference, 10000, -3, 12, r, &lr, state, x, &fail);
+  for (i = 0; i < 10000; ++i) mean += (double)x[i];
+  mean /= 10000;
+  for (i = 0; i < 10000; ++i) var += (x[i] - mean) * (x[i] - mean);
+  var /= 9999;
+  printf("sample mean %8.4f, sample variance %8.4f\n", mean, var);
+  /* an argument out of range: r is left as it was */
+  zeb_rand_discrete_uniform(Zeb_InitializeAndGenerate, 10, 12, -3, r, &lr, state, x, &fail);
   printf("%s\n", fail.message);
+  free(r);
   return 0;
 }
