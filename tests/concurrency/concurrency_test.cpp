@@ -71,6 +71,16 @@ Results run(int seed) {
     g05khc(4, 1 + seed % 4, state.data(), &fail);
     g05sac(100, state.data(), u.data(), &fail);
     r.add(std::vector<double>(u.begin(), u.begin() + 100));
+    // distributions whose samplers build tables on first use, and one
+    // with a reference vector
+    g05sjc(100, 0.5 + seed, 1.0, state.data(), u.data(), &fail);
+    r.add(std::vector<double>(u.begin(), u.begin() + 100));
+    std::vector<double> ref(4096);
+    std::vector<Integer> k(100);
+    Integer lr = 4096;
+    g05tjc(Zeb_InitializeAndGenerate, 100, 2e6 + seed, ref.data(), &lr, state.data(), k.data(), &fail);
+    g05tec(Zeb_InitializeAndGenerate, 100, 50, 60, 200, ref.data(), &lr, state.data(), k.data(), &fail);
+    for (Integer v : k) r.add(v);
   }
   // Quadrature with the thread's own user data, and a user stop.
   for (Integer stop : {Integer(0), Integer(30 + seed)}) {
