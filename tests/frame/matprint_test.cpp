@@ -1,8 +1,6 @@
-// The matrix printers as a user sees them: labels over their columns,
-// triangles and diagonals, blocks of columns within the line width, the
-// argument checks, the advisory unit, and the C forms' storage orders,
-// output files and checks.  Numbers are compared with the C library's own
-// formatting of the same values.
+// The matrix printers: labels, triangles and diagonals, blocks of columns,
+// the argument checks, the advisory unit, and the C forms' storage orders and
+// files.  Numbers are compared with the C library's formatting of them.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -221,36 +219,29 @@ TEST(MatrixPrinterC, StorageOrdersAndOutputFiles) {
   EXPECT_EQ(print(Zeb_ColMajor, nullptr, 1, 0, nullptr), "M\n");
 }
 
-TEST(MatrixPrinterC, ArgumentsOnlyTheCEntryChecks) {
+TEST(MatrixPrinterC, ArgumentsOnlyTheCEntryChecks) {  // (its enumerations: enums_test)
   const double a[] = {1, 2, 3, 4};
   const char* labels[] = {"a", nullptr};
   ZebError fail;
   ZEB_INIT_FAIL(fail);
-  const auto call = [&](int order, int shape, int diag, int lr, int lc, const double* p,
+  const auto call = [&](Zeb_OrderType order, Zeb_LabelType lr, Zeb_LabelType lc, const double* p,
                         Integer pda, const char* const* cl) {
-    x04cbc(Zeb_OrderType(order), Zeb_MatrixType(shape), Zeb_DiagType(diag), 2, 2, p, pda,
-           nullptr, nullptr, Zeb_LabelType(lr), nullptr, Zeb_LabelType(lc), cl, 0, 0, nullptr,
-           &fail);
+    x04cbc(order, Zeb_GeneralMatrix, Zeb_NonUnitDiag, 2, 2, p, pda, nullptr, nullptr, lr, nullptr,
+           lc, cl, 0, 0, nullptr, &fail);
     return std::string(fail.message);
   };
   const auto param = [](const char* n) {
     return std::string("NE_BAD_PARAM:\n  On entry, parameter ") + n + " had an illegal value.";
   };
-  const int Col = Zeb_ColMajor, Row = Zeb_RowMajor, G = Zeb_GeneralMatrix, N = Zeb_NonUnitDiag,
-            I = Zeb_IntegerLabels, C = Zeb_CharacterLabels;
-  EXPECT_EQ(call(100, G, N, I, I, a, 2, nullptr), param("order"));
-  EXPECT_EQ(call(Col, 124, N, I, I, a, 2, nullptr), param("matrix"));
-  EXPECT_EQ(call(Col, G, 130, I, I, a, 2, nullptr), param("diag"));
-  EXPECT_EQ(call(Col, G, N, 0, I, a, 2, nullptr), param("labrow"));
-  EXPECT_EQ(call(Col, G, N, I, 144, a, 2, nullptr), param("labcol"));
-  EXPECT_EQ(call(Col, G, N, I, I, nullptr, 2, nullptr), param("a"));
-  EXPECT_EQ(call(Col, G, N, C, I, a, 2, nullptr), param("rlabs"));
-  EXPECT_EQ(call(Col, G, N, I, C, a, 2, labels), param("clabs"));
-  EXPECT_EQ(call(Col, G, N, I, I, a, 1, nullptr),
+  const auto Col = Zeb_ColMajor, Row = Zeb_RowMajor;
+  const auto I = Zeb_IntegerLabels, C = Zeb_CharacterLabels;
+  EXPECT_EQ(call(Col, I, I, nullptr, 2, nullptr), param("a"));
+  EXPECT_EQ(call(Col, C, I, a, 2, nullptr), param("rlabs"));
+  EXPECT_EQ(call(Col, I, C, a, 2, labels), param("clabs"));
+  EXPECT_EQ(call(Col, I, I, a, 1, nullptr),
             "NE_INT_2:\n  On entry, pda = 1, m = 2.\n  Constraint: pda >= MAX(1, m).");
-  EXPECT_EQ(call(Row, G, N, I, I, a, 0, nullptr),
-            "NE_INT:\n  On entry, pda = 0.\n  Constraint: pda > 0.");
-  EXPECT_EQ(call(Row, G, N, I, I, a, 1, nullptr),
+  EXPECT_EQ(call(Row, I, I, a, 0, nullptr), "NE_INT:\n  On entry, pda = 0.\n  Constraint: pda > 0.");
+  EXPECT_EQ(call(Row, I, I, a, 1, nullptr),
             "NE_INT_2:\n  On entry, n = 2, pda = 1.\n  Constraint: pda >= MAX(1, n).");
 }
 
