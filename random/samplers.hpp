@@ -62,14 +62,16 @@ constexpr double kSmallShape = 0.05;
 
 // Beta(a, b) as G_a/(G_a + G_b) from two gamma variates (in logarithms
 // when a shape is below kSmallShape, where both may underflow, or above
-// 1e300, where their sum may overflow).  With the
+// 1e300, where their sum may overflow); by Johnk's method, in logarithms,
+// when one shape is below kSmallShape and the other at most 1000.  With the
 // ziggurat under the gamma sampler this is faster than Cheng's rejection
 // algorithms BB and BC at every shape we timed.
 struct BetaSampler {
   BetaSampler(double a, double b);
   double operator()(Uniforms& u) const;
+  double a, b;
   GammaSampler ga, gb;
-  bool logs;
+  bool johnk, logs;
 };
 
 // The von Mises angle on (-pi, pi] with concentration k >= 0: Best and

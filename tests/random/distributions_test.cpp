@@ -152,6 +152,7 @@ TEST(Distributions, ContinuousFitTheirDistributionFunctions) {
       {"beta 0.5 0.7", real_draws(g05sbf_, 0.5, 0.7), cdf_of(bm::beta_distribution<>(0.5, 0.7)), 0.5 / 1.2, beta_var(0.5, 0.7)},
       {"beta 1.5 0.3", real_draws(g05sbf_, 1.5, 0.3), cdf_of(bm::beta_distribution<>(1.5, 0.3)), 1.5 / 1.8, beta_var(1.5, 0.3)},
       {"beta 0.05 0.05", real_draws(g05sbf_, 0.05, 0.05), cdf_of(bm::beta_distribution<>(0.05, 0.05)), 0.5, beta_var(0.05, 0.05)},
+      {"beta 0.02 0.5", real_draws(g05sbf_, 0.02, 0.5), cdf_of(bm::beta_distribution<>(0.02, 0.5)), 0.02 / 0.52, beta_var(0.02, 0.5)},
       {"beta 1e4 2e4", real_draws(g05sbf_, 1e4, 2e4), cdf_of(bm::beta_distribution<>(1e4, 2e4)), 1.0 / 3, beta_var(1e4, 2e4)},
       {"beta 1e9 2e9", real_draws(g05sbf_, 1e9, 2e9), cdf_of(bm::beta_distribution<>(1e9, 2e9)), 1.0 / 3, beta_var(1e9, 2e9)},
       {"Cauchy 1 2", real_draws(g05scf_, 1.0, 2.0), cdf_of(bm::cauchy_distribution<>(1, 2)), kNaN, kNaN},
@@ -233,7 +234,7 @@ TEST(Distributions, DiscreteFitTheirDistributionFunctions) {
 // one; the multinomial's are Binomial(m, p_j) and sum to m.
 TEST(Distributions, VectorComponentsFitTheirMarginals) {
   const double a[3] = {0.3, 2.0, 5.0}, p[3] = {0.5, 0.2, 0.3};
-  const int64_t three = 3, ld = kDraws, trials = 40;
+  const int64_t three = 3, ld = kDraws;
   std::vector<double> dir(size_t(3 * kDraws));
   std::vector<int64_t> mul(size_t(3 * kDraws));
   for (int j : {0, 2}) {
@@ -244,13 +245,16 @@ TEST(Distributions, VectorComponentsFitTheirMarginals) {
                 },
                 cdf_of(bm::beta_distribution<>(a[j], 7.3 - a[j])), a[j] / 7.3, beta_var(a[j], 7.3 - a[j])};
     expect_fit(d, 3, 5 + j);
-    const Fit m{"multinomial", [&](State& s) {
-                  int64_t n = kDraws;
-                  ok(g05tgf_, &n, &trials, &three, p, s.data(), mul.data(), &ld);
-                  return std::vector<double>(mul.begin() + j * kDraws, mul.begin() + (j + 1) * kDraws);
-                },
-                cdf_of(bm::binomial_distribution<>(40, p[j])), 40 * p[j], 40 * p[j] * (1 - p[j])};
-    expect_fit(m, 6, 9 + j);
+    for (int64_t trials : {10, 40}) {  // trial by trial, and by conditional binomials
+      const Fit m{"multinomial", [&](State& s) {
+                    int64_t n = kDraws;
+                    ok(g05tgf_, &n, &trials, &three, p, s.data(), mul.data(), &ld);
+                    return std::vector<double>(mul.begin() + j * kDraws, mul.begin() + (j + 1) * kDraws);
+                  },
+                  cdf_of(bm::binomial_distribution<>(double(trials), p[j])), double(trials) * p[j],
+                  double(trials) * p[j] * (1 - p[j])};
+      expect_fit(m, 6, 9 + j + trials);
+    }
   }
   for (int64_t i = 0; i < kDraws; i += 997) {
     EXPECT_NEAR(dir[size_t(i)] + dir[size_t(i + kDraws)] + dir[size_t(i + 2 * kDraws)], 1.0, 1e-15);
