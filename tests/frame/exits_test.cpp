@@ -1,9 +1,10 @@
 // The error exits as a user sees them: the ifail protocol and its lines, the
-// hard stop, the fail structure, printing and handlers, and the entries'
-// defence against a malformed coded buffer.
+// hard stop, the fail structure, printing and handlers, and what the entries
+// make of every outcome of an engine, a malformed coded buffer included.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <cstring>
 #include <new>
 #include <stdexcept>
@@ -77,16 +78,18 @@ static double zzt01c(ZebError* fail, int64_t mode) {
 
 namespace {
 
-const char kInternal[] =
-    "NE_INTERNAL_ERROR:\n  An internal error has occurred in this function.\n"
-    "  Check the function call and any array sizes. If the call is correct\n"
-    "  then please consult ZEB for assistance.";
+const std::string kSoft = " ** ZEB soft failure - control returned\n";
+std::string exit_line(const char* routine, int64_t ifail) {
+  char b[80];
+  std::snprintf(b, sizeof b, " ** ABNORMAL EXIT from ZEB Library routine %s: IFAIL =%6ld\n",
+                routine, long(ifail));
+  return b;
+}
 
-TEST(IfailProtocol, OnlyMinusOneAndZeroPrint) {
+TEST(IfailProtocol, OnlyMinusOneAndZeroPrintOnTheErrorUnit) {
   for (int64_t mode : {1, 2, -5, 99}) {
     int64_t ifail = mode;
-    const std::string out = zebtest::capture_stdout([&] { gamma_f(-2.0, &ifail); });
-    EXPECT_EQ(out, "") << mode;
+    EXPECT_EQ(zebtest::capture_stdout([&] { gamma_f(-2.0, &ifail); }), "") << mode;
     EXPECT_EQ(ifail, 4) << mode;
   }
   for (int64_t mode : {-1, 0, 1, 2, 7}) {
@@ -94,19 +97,21 @@ TEST(IfailProtocol, OnlyMinusOneAndZeroPrint) {
     EXPECT_NEAR(gamma_f(3.0, &ifail), 2.0, 1e-15);
     EXPECT_EQ(ifail, 0) << "success leaves 0 whatever came in: " << mode;
   }
-}
-
-TEST(IfailProtocol, NoisySoftFailurePrintsLinesExitLineAndSoftLine) {
   int64_t ifail = -1;
-  const std::string out = zebtest::capture_stdout([&] { gamma_f(171.0, &ifail); });
-  EXPECT_EQ(ifail, 1);
-  EXPECT_EQ(out,
+  EXPECT_EQ(zebtest::capture_stdout([&] { gamma_f(171.0, &ifail); }),
             " ** On entry, x = 171.0\n"
             " ** Constraint: x <= 170.0\n"
             " ** The argument is too large, the function returns the approximate value of\n"
             " ** Gamma(x) at the nearest valid argument.\n"
-            " ** ABNORMAL EXIT from ZEB Library routine s14aaf: IFAIL =     1\n"
-            " ** ZEB soft failure - control returned\n");
+            " ** ABNORMAL EXIT from ZEB Library routine s14aaf: IFAIL =     1\n" + kSoft);
+  int64_t get = 0, unit = -1, set = 1, saved = 0;
+  x04aaf_(&get, &saved);
+  EXPECT_EQ(saved, 6);
+  x04aaf_(&set, &unit);
+  ifail = -1;
+  EXPECT_EQ(zebtest::capture_stdout([&] { gamma_f(171.0, &ifail); }), "") << "unit -1: nowhere";
+  x04aaf_(&set, &saved);
+  EXPECT_EQ(ifail, 1);
 }
 
 TEST(IfailProtocol, HardFailureStopsTheProgramAfterItsLines) {
@@ -122,53 +127,37 @@ TEST(IfailProtocol, HardFailureStopsTheProgramAfterItsLines) {
             " ** ZEB hard failure - execution terminated\n");
 }
 
-TEST(IfailProtocol, ErrorUnitChoosesWhereLinesGo) {
-  int64_t get = 0, unit = -1, set = 1, saved = 0;
-  x04aaf_(&get, &saved);
-  EXPECT_EQ(saved, 6);
-  x04aaf_(&set, &unit);
-  int64_t ifail = -1;
-  const std::string out = zebtest::capture_stdout([&] { gamma_f(171.0, &ifail); });
-  x04aaf_(&set, &saved);
-  EXPECT_EQ(out, "") << "a negative unit writes nothing";
-  EXPECT_EQ(ifail, 1);
-}
-
-TEST(CExit, NullFailEndsTheProcessOnErrorsAndWarnings) {
-  auto r = zebtest::run(zebtest::prog("c_exits") + " null-error");
-  EXPECT_EQ(r.status, 1);
-  EXPECT_EQ(r.out, "start\n");
-  EXPECT_EQ(r.err,
-            "Error detected by ZEB routine s14aac:\n"
-            "NE_REAL_ARG_GT:\n  On entry, x = 171.0.\n  Constraint: x <= 170.0.\n"
-            "  The argument is too large, the function returns the approximate value of\n"
-            "  Gamma(x) at the nearest valid argument.\n"
-            "...ZEB Function Terminated\n");
-  r = zebtest::run(zebtest::prog("c_exits") + " null-warning");
-  EXPECT_EQ(r.status, 1);
-  EXPECT_EQ(r.err.rfind("Warning from ZEB routine s14aac:\nNW_SOME_PRECISION_LOSS:\n", 0), 0u)
-      << r.err;
-  EXPECT_NE(r.err.find("\n...ZEB Function Terminated\n"), std::string::npos);
-  r = zebtest::run(zebtest::prog("c_exits") + " null-ok");
-  EXPECT_EQ(r.status, 0);
-  EXPECT_EQ(r.out, "start\n24\nend\n");
-  EXPECT_EQ(r.err, "");
-}
-
-TEST(CExit, PrintAndHandler) {
-  auto r = zebtest::run(zebtest::prog("c_exits") + " print");
-  EXPECT_EQ(r.status, 0);
-  EXPECT_EQ(r.out, "start\ncode 6\nend\n");
-  EXPECT_EQ(r.err,
-            "Error detected by ZEB routine s14abc:\n"
-            "NE_REAL_ARG_LE:\n  On entry, x = -1.0.\n  Constraint: x > 0.0.\n");
-  r = zebtest::run(zebtest::prog("c_exits") + " handler");
-  EXPECT_EQ(r.status, 0);
-  EXPECT_EQ(r.err, "") << "print = 0: nothing printed";
-  EXPECT_EQ(r.out,
-            "start\nhandler: s14abc 0\nNE_NOERROR:\n  No error.\nhandler: s14abc 6\n"
-            "NE_REAL_ARG_LE:\n  On entry, x = 0.0.\n  Constraint: x > 0.0.\n"
-            "code 6 errnum 1\nend\n");
+TEST(CExit, NullFailPrintAndHandler) {
+  const std::string terminated = "...ZEB Function Terminated\n";
+  const struct {
+    const char* mode;
+    int status;
+    std::string out, err;
+  } cases[] = {
+      {"null-error", 1, "start\n",
+       "Error detected by ZEB routine s14aac:\n"
+       "NE_REAL_ARG_GT:\n  On entry, x = 171.0.\n  Constraint: x <= 170.0.\n"
+       "  The argument is too large, the function returns the approximate value of\n"
+       "  Gamma(x) at the nearest valid argument.\n" + terminated},
+      // A null message is the code's template; a warning is fatal too.
+      {"null-warning", 1, "start\n",
+       "Warning from ZEB routine s14aac:\n" + std::string(zeb_errlist[NW_SOME_PRECISION_LOSS]) +
+           "\n" + terminated},
+      {"null-ok", 0, "start\n24\nend\n", ""},
+      {"print", 0, "start\ncode 6\nend\n",
+       "Error detected by ZEB routine s14abc:\nNE_REAL_ARG_LE:\n  On entry, x = -1.0.\n"
+       "  Constraint: x > 0.0.\n"},
+      {"handler", 0,  // success reaches the handler; print = 0: nothing on standard error
+       "start\nhandler: s14abc 0\nNE_NOERROR:\n  No error.\nhandler: s14abc 6\n"
+       "NE_REAL_ARG_LE:\n  On entry, x = 0.0.\n  Constraint: x > 0.0.\ncode 6 errnum 1\nend\n",
+       ""},
+  };
+  for (const auto& c : cases) {
+    const auto r = zebtest::run(zebtest::prog("c_exits") + " " + c.mode);
+    EXPECT_EQ(r.status, c.status) << c.mode;
+    EXPECT_EQ(r.out, c.out) << c.mode;
+    EXPECT_EQ(r.err, c.err) << c.mode;
+  }
 }
 
 TEST(CExit, WarningHeadingWhenNoNEInTheFirstFiveCharacters) {
@@ -178,8 +167,7 @@ TEST(CExit, WarningHeadingWhenNoNEInTheFirstFiveCharacters) {
   const auto rec = [&](const char* msg) {
     fflush(stderr);
     zebtest::capture_begin();
-    // Standard error is what p01acc_c prints to: route it to the capture.
-    const int saved = dup(2);
+    const int saved = dup(2);  // p01acc_c prints on standard error
     dup2(1, 2);
     p01acc_c(msg, NE_INT, "x", &fail);
     fflush(stderr);
@@ -195,53 +183,64 @@ TEST(CExit, WarningHeadingWhenNoNEInTheFirstFiveCharacters) {
   EXPECT_STREQ(fail.message, "123NE");
 }
 
-TEST(Entries, MalformedCodedBufferIsAnInternalError) {
-  for (int64_t mode : {kGarbage, kWrongId, kWrongCount}) {
+// What an engine leaves (or throws) as both entries report it: the C entry's
+// fail structure and the Fortran entry's lines with ifail = -1.
+TEST(Entries, EveryOutcomeOfTheEngineThroughBothEntries) {
+  const std::string internal_c =
+      "NE_INTERNAL_ERROR:\n  An internal error has occurred in this function.\n"
+      "  Check the function call and any array sizes. If the call is correct\n"
+      "  then please consult ZEB for assistance.";
+  const std::string internal_f =
+      " ** An internal error has occurred in this function.\n"
+      " ** Check the function call and any array sizes. If the call is correct\n"
+      " ** then please consult ZEB for assistance.\n";
+  const struct {
+    int64_t mode;
+    int code;
+    int64_t errnum;
+    std::string message;
+    int64_t ifail;
+    std::string lines;
+  } cases[] = {
+      // A coded buffer that is not one of the routine's rows.
+      {kGarbage, NE_INTERNAL_ERROR, 1, internal_c, 1, internal_f},
+      {kWrongId, NE_INTERNAL_ERROR, 1, internal_c, 1, internal_f},
+      {kWrongCount, NE_INTERNAL_ERROR, 1, internal_c, 1, internal_f},
+      // No exception crosses the layers.
+      {kBadAlloc, NE_ALLOC_FAIL, 0, "NE_ALLOC_FAIL:\n  Dynamic memory allocation failed.", -999,
+       " ** Dynamic memory allocation failed.\n"},
+      {kThrow, NE_INTERNAL_ERROR, zeb::kInternal, internal_c, zeb::kInternal, internal_f},
+      {kWarn, NW_SOME_PRECISION_LOSS, 2, "NW_SOME_PRECISION_LOSS:\n  Some precision was lost.", 2,
+       " ** Some precision was lost.\n"},
+      // Many values and long ones, and the markup the two renderings differ by.
+      {kLong, NE_INVALID_CS, 3,
+       "NE_INVALID_CS:\n  On entry, i = 4, irowb[i-1] = 0 and\n  nclin = 3.\n"
+       "  The option HESSIAN DENSITY OF CONSTRAINTS = " + kValue90 + " was not understood.\n"
+       "  Initialize a new handle using zeb_opt_handle_init (e04rac) (2.5e-01).",
+       3,
+       " ** On entry, i = 4, irowb(i) = 0 and\n"
+       " ** nclin = 3\n"
+       " ** The option HESSIAN DENSITY OF CONSTRAINTS =\n"
+       " ** " + std::string(60, 'v') + " and thirty more\n"
+       " ** characters... was not understood.\n"
+       " ** Initialize a new handle using e04raf (2.5e-01).\n"},
+  };
+  for (const auto& c : cases) {
     ZebError fail;
     ZEB_INIT_FAIL(fail);
-    zzt01c(&fail, mode);
-    EXPECT_EQ(fail.code, NE_INTERNAL_ERROR) << mode;
-    EXPECT_STREQ(fail.message, kInternal);
-    EXPECT_EQ(fail.errnum, 1);
-    int64_t ifail = -1;
-    const std::string out = zebtest::capture_stdout([&] { zzt01f_(&mode, &ifail); });
-    EXPECT_EQ(out,
-              " ** An internal error has occurred in this function.\n"
-              " ** Check the function call and any array sizes. If the call is correct\n"
-              " ** then please consult ZEB for assistance.\n"
-              " ** ABNORMAL EXIT from ZEB Library routine zzt01f: IFAIL =     1\n"
-              " ** ZEB soft failure - control returned\n");
+    EXPECT_EQ(zzt01c(&fail, c.mode), 1.5) << c.mode;
+    EXPECT_EQ(fail.code, c.code) << c.mode;
+    EXPECT_EQ(fail.errnum, c.errnum) << c.mode;
+    EXPECT_EQ(std::string(fail.message), c.message) << c.mode;
+    int64_t mode = c.mode, ifail = -1;
+    EXPECT_EQ(zebtest::capture_stdout([&] { zzt01f_(&mode, &ifail); }),
+              c.lines + exit_line("zzt01f", c.ifail) + kSoft)
+        << c.mode;
+    EXPECT_EQ(ifail, c.ifail) << c.mode;
+    ifail = 1;
+    EXPECT_EQ(zebtest::capture_stdout([&] { zzt01f_(&mode, &ifail); }), "") << c.mode;
+    EXPECT_EQ(ifail, c.ifail) << c.mode;
   }
-}
-
-TEST(Entries, NoExceptionCrossesTheLayers) {
-  int64_t mode = kBadAlloc, ifail = -1;
-  std::string out = zebtest::capture_stdout([&] { zzt01f_(&mode, &ifail); });
-  EXPECT_EQ(ifail, -999);
-  EXPECT_EQ(out,
-            " ** Dynamic memory allocation failed.\n"
-            " ** ABNORMAL EXIT from ZEB Library routine zzt01f: IFAIL =  -999\n"
-            " ** ZEB soft failure - control returned\n");
-  ZebError fail;
-  ZEB_INIT_FAIL(fail);
-  zzt01c(&fail, kBadAlloc);
-  EXPECT_EQ(fail.code, NE_ALLOC_FAIL);
-  EXPECT_STREQ(fail.message, "NE_ALLOC_FAIL:\n  Dynamic memory allocation failed.");
-  EXPECT_EQ(fail.errnum, 0);
-  zzt01c(&fail, kThrow);
-  EXPECT_EQ(fail.code, NE_INTERNAL_ERROR);
-  mode = kThrow;
-  ifail = 1;
-  zzt01f_(&mode, &ifail);
-  EXPECT_EQ(ifail, zeb::kInternal);
-}
-
-TEST(Entries, WarningCodesReachTheFailStructure) {
-  ZebError fail;
-  ZEB_INIT_FAIL(fail);
-  EXPECT_EQ(zzt01c(&fail, kWarn), 1.5);
-  EXPECT_EQ(fail.code, NW_SOME_PRECISION_LOSS);
-  EXPECT_STREQ(fail.message, "NW_SOME_PRECISION_LOSS:\n  Some precision was lost.");
 }
 
 TEST(ErrorTable, EveryTemplateHasItsNameAndIndentedText) {
@@ -290,30 +289,6 @@ TEST(CodedBuffer, RoundTripOfValuesAndRealFormatting) {
   EXPECT_EQ(msgid, 77);
   EXPECT_EQ(nrec, 5);
   EXPECT_EQ(std::string(lines + 2 * 80, 4), "lda ");
-}
-
-TEST(CodedBuffer, ManyAndLongValuesInBothRenderings) {
-  int64_t mode = kLong, ifail = -1;
-  const std::string out = zebtest::capture_stdout([&] { zzt01f_(&mode, &ifail); });
-  EXPECT_EQ(ifail, 3);
-  EXPECT_EQ(out,
-            " ** On entry, i = 4, irowb(i) = 0 and\n"
-            " ** nclin = 3\n"
-            " ** The option HESSIAN DENSITY OF CONSTRAINTS =\n"
-            " ** " + std::string(60, 'v') + " and thirty more\n"
-            " ** characters... was not understood.\n"
-            " ** Initialize a new handle using e04raf (2.5e-01).\n"
-            " ** ABNORMAL EXIT from ZEB Library routine zzt01f: IFAIL =     3\n"
-            " ** ZEB soft failure - control returned\n");
-  ZebError fail;
-  ZEB_INIT_FAIL(fail);
-  zzt01c(&fail, kLong);
-  EXPECT_EQ(fail.code, NE_INVALID_CS);
-  EXPECT_EQ(fail.errnum, 3);
-  EXPECT_EQ(std::string(fail.message),
-            "NE_INVALID_CS:\n  On entry, i = 4, irowb[i-1] = 0 and\n  nclin = 3.\n"
-            "  The option HESSIAN DENSITY OF CONSTRAINTS = " + kValue90 + " was not understood.\n"
-            "  Initialize a new handle using zeb_opt_handle_init (e04rac) (2.5e-01).");
 }
 
 TEST(CodedBuffer, ReferencesToLongValuesBelongToTheirBuffer) {
