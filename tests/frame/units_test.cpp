@@ -7,7 +7,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
-#include <functional>
 #include <sstream>
 #include <string>
 
@@ -88,50 +87,42 @@ TEST(Files, WriteAppendReopenAndReadBack) {
 
 TEST(Files, FortranFailuresAndTheirLines) {
   TempDir dir;
-  const std::string missing = dir.file("no-such-file-with-a-name-of-some-length.txt");
-  const std::string nodir = dir.file("d/x");
-  const auto exit_line = [](const char* r, int n) {
-    return std::string(" ** ABNORMAL EXIT from ZEB Library routine ") + r + ": IFAIL =     " +
-           std::to_string(n) + "\n";
-  };
+  const std::string x = dir.file("x"), missing = dir.file("no-such-file-with-a-name-of-some-length.txt"),
+                    nodir = dir.file("d/x");
   const struct {
-    std::function<int64_t(int64_t)> call;
-    int64_t ifail;
+    const char* routine;
+    int64_t unit;
+    std::string file;
+    int64_t mode, ifail;
     std::string lines;
   } cases[] = {
-      {[&](int64_t i) { return open_f(23, dir.file("x"), 3, i); }, 1,
-       " ** On entry, mode = 3\n ** Constraint: 0 <= mode <= 2.\n" + exit_line("x04acf", 1)},
-      {[&](int64_t i) { return open_f(23, missing, 0, i); }, 2,
-       " ** Cannot open the following file for reading:\n ** " + missing + "\n" +
-           exit_line("x04acf", 2)},
-      {[&](int64_t i) { return open_f(23, nodir, 1, i); }, 2,
-       " ** Cannot open the following file for writing:\n ** " + nodir + "\n" +
-           exit_line("x04acf", 2)},
-      {[&](int64_t i) { return open_f(23, nodir, 2, i); }, 2,
-       " ** Cannot open the following file for appending:\n ** " + nodir + "\n" +
-           exit_line("x04acf", 2)},
-      {[&](int64_t i) { return open_f(3000000000, dir.file("x"), 1, i); }, 3,
-       " ** On entry, unit = 3000000000\n ** Constraint: unit must be a valid unit number.\n" +
-           exit_line("x04acf", 3)},
-      {[&](int64_t i) { return close_f(24, i); }, 1,
-       " ** On entry, unit = 24\n ** The unit is not connected to a file.\n" +
-           exit_line("x04adf", 1)},
-      {[&](int64_t i) {
-         std::string r(4, ' ');
-         return read_f(24, r, i);
-       },
-       3,
-       " ** On entry, nin = 24\n ** The unit is not connected to a file.\n" +
-           exit_line("x04bbf", 3)},
+      {"x04acf", 23, x, 3, 1, " ** On entry, mode = 3\n ** Constraint: 0 <= mode <= 2.\n"},
+      {"x04acf", 23, missing, 0, 2, " ** Cannot open the following file for reading:\n ** " + missing + "\n"},
+      {"x04acf", 23, nodir, 1, 2, " ** Cannot open the following file for writing:\n ** " + nodir + "\n"},
+      {"x04acf", 23, nodir, 2, 2, " ** Cannot open the following file for appending:\n ** " + nodir + "\n"},
+      {"x04acf", 3000000000, x, 1, 3,
+       " ** On entry, unit = 3000000000\n ** Constraint: unit must be a valid unit number.\n"},
+      {"x04adf", 24, "", 0, 1, " ** On entry, unit = 24\n ** The unit is not connected to a file.\n"},
+      {"x04bbf", 24, "", 0, 3, " ** On entry, nin = 24\n ** The unit is not connected to a file.\n"},
   };
   for (const auto& c : cases) {
+    const std::string routine = c.routine;
     int64_t got = 0;
-    EXPECT_EQ(zebtest::capture_stdout([&] { got = c.call(1); }), "");
-    EXPECT_EQ(got, c.ifail);
-    EXPECT_EQ(zebtest::capture_stdout([&] { got = c.call(-1); }),
-              c.lines + " ** ZEB soft failure - control returned\n");
+    const auto call = [&](int64_t ifail) {
+      return zebtest::capture_stdout([&] {
+        std::string rec(4, ' ');
+        got = routine == "x04acf"   ? open_f(c.unit, c.file, c.mode, ifail)
+              : routine == "x04adf" ? close_f(c.unit, ifail)
+                                    : read_f(c.unit, rec, ifail);
+      });
+    };
+    EXPECT_EQ(call(1), "") << c.lines;
+    EXPECT_EQ(got, c.ifail) << c.lines;
+    EXPECT_EQ(call(-1), c.lines + " ** ABNORMAL EXIT from ZEB Library routine " + routine +
+                            ": IFAIL =     " + std::to_string(c.ifail) +
+                            "\n ** ZEB soft failure - control returned\n");
   }
-  EXPECT_EQ(access(dir.file("x").c_str(), F_OK), -1) << "nothing is created on a failure";
+  EXPECT_EQ(access(x.c_str(), F_OK), -1) << "nothing is created on a failure";
 }
 
 TEST(Files, CFormChoosesAUnitAndNamesTheWholeFile) {
