@@ -167,8 +167,8 @@ TEST(Options, FilesBetweenBeginAndEnd) {
     EXPECT_EQ(fail.errnum, k.errnum) << k.text;
     EXPECT_STREQ(fail.message, k.message);
     x04adc(unit, nullptr);
+    EXPECT_EQ(real(p.h, "Print Level"), k.errnum ? 2.0 : 4.0) << "a file is taken whole or not at all";
   }
-  EXPECT_EQ(real(p.h, "Print Level"), 4.0) << "only the good file changed the options";
   std::remove(f.c_str());
 }
 
