@@ -205,7 +205,6 @@ TEST(E04st, MaximisingTheNegatedObjective) {
   for (int j = 0; j < p.n; ++j) EXPECT_NEAR(a.x[size_t(j)], b.x[size_t(j)], 1e-8);
 }
 
-
 // Every exit of the solver itself: the message, and the results of the last
 // point reached (or none, when Ipopt never started).
 TEST(E04st, ExitsOfTheSolver) {
@@ -373,7 +372,7 @@ TEST(E04st, TheHandleDuringAndAfterASolve) {
   e04rxc(nlp.h, "Dual", 0, 12, u.data(), &e);
   EXPECT_EQ(x, r.x);
   EXPECT_EQ(u, r.u);
-  // A second solve with other options, from the solution: few iterations.
+  // The same handle solved again, with another option.
   nlp.option("Stop Tolerance 1 = 1e-10");
   const Result again = nlp.solve(d);
   EXPECT_EQ(again.fail.code, NE_NOERROR) << again.fail.message;
