@@ -1,5 +1,7 @@
 // A console reporter that also prints, after the run, the ratio of each
-// library benchmark's time to its peer's, measured in the same run.
+// library benchmark's time to its peer's, measured in the same run: wall
+// clock and CPU time (on a machine shared with other work the second is the
+// steadier for one thread).
 #pragma once
 
 #include <benchmark/benchmark.h>
@@ -27,26 +29,27 @@ class RatioReporter : public benchmark::ConsoleReporter {
     // A single run's time, or with repetitions their median.
     for (const Run& r : runs) {
       if (r.run_type == Run::RT_Iteration && !medians_.count(r.run_name.str()))
-        times_[r.benchmark_name()] = r.GetAdjustedRealTime();
+        times_[r.benchmark_name()] = {r.GetAdjustedRealTime(), r.GetAdjustedCPUTime()};
       if (r.run_type == Run::RT_Aggregate && r.aggregate_name == "median") {
         medians_.insert(r.run_name.str());
-        times_[r.run_name.str()] = r.GetAdjustedRealTime();
+        times_[r.run_name.str()] = {r.GetAdjustedRealTime(), r.GetAdjustedCPUTime()};
       }
     }
   }
   void Finalize() override {
     ConsoleReporter::Finalize();
-    std::printf("\n%-44s %-32s %10s\n", "library", "peer", "time ratio");
+    std::printf("\n%-44s %-32s %10s %10s\n", "library", "peer", "time ratio", "CPU ratio");
     for (const Pair& p : pairs_) {
       auto a = times_.find(p.ours), b = times_.find(p.peer);
       if (a == times_.end() || b == times_.end()) continue;
-      std::printf("%-44s %-32s %10.3f\n", p.ours.c_str(), p.peer.c_str(), a->second / b->second);
+      std::printf("%-44s %-32s %10.3f %10.3f\n", p.ours.c_str(), p.peer.c_str(),
+                  a->second.first / b->second.first, a->second.second / b->second.second);
     }
   }
 
  private:
   std::vector<Pair> pairs_;
-  std::map<std::string, double> times_;
+  std::map<std::string, std::pair<double, double>> times_;  // wall, CPU
   std::set<std::string> medians_;
 };
 

@@ -1,8 +1,11 @@
-// Gamma and log-gamma against glibc's tgamma and lgamma, and the cost of
-// the entry layers over the engine with tracing off.  Each benchmark sweeps
-// the same arguments; the ratios of one run are printed at the end.
+// Gamma and log-gamma against glibc's tgamma and lgamma and Boost.Math's
+// tgamma and lgamma in double precision (without promotion to long double,
+// Boost's fastest setting), and the cost of the entry layers over the
+// engine with tracing off.  Each benchmark sweeps the same arguments; the
+// ratios of one run are printed at the end.
 #include <benchmark/benchmark.h>
 
+#include <boost/math/special_functions/gamma.hpp>
 #include <cmath>
 #include <vector>
 
@@ -14,6 +17,8 @@ extern "C" void s14aafn_(const double* x, double* gx, char* errbuf, int64_t* ifa
 
 namespace {
 
+using Double = boost::math::policies::policy<boost::math::policies::promote_double<false>>;
+
 std::vector<double> sweep(double lo, double hi) {
   std::vector<double> xs(4096);
   for (size_t i = 0; i < xs.size(); ++i) {
@@ -24,10 +29,11 @@ std::vector<double> sweep(double lo, double hi) {
   return xs;
 }
 
+// Argument 0: [0.5, 10]; 1: [-170, 170]; 2: [0.5, 100]; 3: [0.5, 1000].
 const std::vector<double>& range(int k) {
-  static const std::vector<double> a = sweep(0.5, 10.0), b = sweep(-170.0, 170.0),
-                                   c = sweep(0.5, 1000.0);
-  return k == 0 ? a : k == 1 ? b : c;
+  static const std::vector<double> r[] = {sweep(0.5, 10.0), sweep(-170.0, 170.0),
+                                          sweep(0.5, 100.0), sweep(0.5, 1000.0)};
+  return r[k];
 }
 
 template <class F>
@@ -42,6 +48,9 @@ void run(benchmark::State& state, F f) {
 }
 
 void glibc_tgamma(benchmark::State& s) { run(s, [](double x) { return std::tgamma(x); }); }
+void boost_tgamma(benchmark::State& s) {
+  run(s, [](double x) { return boost::math::tgamma(x, Double()); });
+}
 void zeb_s14aac(benchmark::State& s) {
   ZebError fail;
   ZEB_INIT_FAIL(fail);
@@ -63,27 +72,42 @@ void zeb_s14aafn_engine(benchmark::State& s) {
   });
 }
 void glibc_lgamma(benchmark::State& s) { run(s, [](double x) { return std::lgamma(x); }); }
+void boost_lgamma(benchmark::State& s) {
+  run(s, [](double x) { return boost::math::lgamma(x, Double()); });
+}
 void zeb_s14abc(benchmark::State& s) {
   ZebError fail;
   ZEB_INIT_FAIL(fail);
   run(s, [&](double x) { return s14abc(&fail, x); });
 }
+void zeb_s14abf(benchmark::State& s) {
+  run(s, [](double x) {
+    int64_t ifail = 1;
+    return s14abf_(&x, &ifail);
+  });
+}
 
 }  // namespace
 
-// Argument 0: [0.5, 10]; 1: [-170, 170]; 2: [0.5, 1000] (log-gamma).
 BENCHMARK(glibc_tgamma)->Arg(0)->Arg(1);
+BENCHMARK(boost_tgamma)->Arg(0)->Arg(1);
 BENCHMARK(zeb_s14aac)->Arg(0)->Arg(1);
 BENCHMARK(zeb_s14aaf)->Arg(0)->Arg(1);
 BENCHMARK(zeb_s14aafn_engine)->Arg(0)->Arg(1);
-BENCHMARK(glibc_lgamma)->Arg(0)->Arg(2);
-BENCHMARK(zeb_s14abc)->Arg(0)->Arg(2);
+BENCHMARK(glibc_lgamma)->Arg(0)->Arg(2)->Arg(3);
+BENCHMARK(boost_lgamma)->Arg(0)->Arg(2)->Arg(3);
+BENCHMARK(zeb_s14abc)->Arg(0)->Arg(2)->Arg(3);
+BENCHMARK(zeb_s14abf)->Arg(0)->Arg(2)->Arg(3);
 
 int main(int argc, char** argv) {
-  return zebbench::run_with_ratios(
-      argc, argv,
-      {{"zeb_s14aac/0", "glibc_tgamma/0"}, {"zeb_s14aac/1", "glibc_tgamma/1"},
-       {"zeb_s14aaf/0", "glibc_tgamma/0"}, {"zeb_s14aac/0", "zeb_s14aafn_engine/0"},
-       {"zeb_s14aaf/0", "zeb_s14aafn_engine/0"}, {"zeb_s14abc/0", "glibc_lgamma/0"},
-       {"zeb_s14abc/2", "glibc_lgamma/2"}});
+  std::vector<zebbench::Pair> pairs;
+  for (const char* r : {"0", "1"})
+    for (const char* ours : {"zeb_s14aac/", "zeb_s14aaf/"})
+      for (const char* peer : {"boost_tgamma/", "glibc_tgamma/", "zeb_s14aafn_engine/"})
+        pairs.push_back({std::string(ours) + r, std::string(peer) + r});
+  for (const char* r : {"0", "2", "3"})
+    for (const char* ours : {"zeb_s14abc/", "zeb_s14abf/"})
+      for (const char* peer : {"glibc_lgamma/", "boost_lgamma/"})
+        pairs.push_back({std::string(ours) + r, std::string(peer) + r});
+  return zebbench::run_with_ratios(argc, argv, pairs);
 }

@@ -51,6 +51,9 @@
 //   ZEB_FORTRAN_FUNCTION(stem, T, ARGS, msgs) / ZEB_FORTRAN_SUBROUTINE(stem,
 //                              ARGS, msgs)  the Fortran entry stem##_ with
 //                              the ifail protocol and the routine's messages;
+//   ZEB_FORTRAN_QUICK_FUNCTION(stem, ARGS, msgs, value)  the same for a
+//                              real function of one real argument with a
+//                              quick return (zeb::quick);
 //   ZEB_LAYERS_NOFAIL, ZEB_LAYERS_NOFAIL_EN, ZEB_FORTRAN_FUNCTION_NOFAIL,
 //   ZEB_FORTRAN_SUBROUTINE_NOFAIL
 //                              the same for routines without failure exits
@@ -237,14 +240,26 @@
                   en_data ARGS(ZEB_FWD) ZEB_COMMA errbuf ZEB_COMMA ifail ZEB_COMMA errbuf_len)
 #define ZEB_COMMA ,
 
-#define ZEB_FORTRAN_FUNCTION(stem, T, ARGS, msgs)                                      \
-  ZEB_API T stem##_(ZEB_TAIL(ARGS(ZEB_FP)) ARGS(ZEB_HID)) {                            \
-    T zeb_result{};                                                                    \
-    zeb::fortran_entry(#stem, msgs, ifail, [&](ZebEnData* en, char* eb, int64_t* ie) { \
-      stem##t_(en ARGS(ZEB_FFWD), eb, ie, zeb::kErrbufLen);                            \
-    });                                                                                \
-    return zeb_result;                                                                 \
+#define ZEB_FORTRAN_FUNCTION(stem, T, ARGS, msgs)           \
+  ZEB_API T stem##_(ZEB_TAIL(ARGS(ZEB_FP)) ARGS(ZEB_HID)) { \
+    ZEB_FORTRAN_FUNCTION_BODY(stem, T, ARGS, msgs)          \
   }
+// The same for a real function of one real argument named x with a quick
+// return (zeb::quick): value(x, ok) is the engine's computation.
+#define ZEB_FORTRAN_QUICK_FUNCTION(stem, ARGS, msgs, value)                \
+  ZEB_API double stem##_(ZEB_TAIL(ARGS(ZEB_FP)) ARGS(ZEB_HID)) {           \
+    if (double zeb_quick; zeb::quick(value, *x, zeb_quick)) {              \
+      *ifail = 0;                                                          \
+      return zeb_quick;                                                    \
+    }                                                                      \
+    ZEB_FORTRAN_FUNCTION_BODY(stem, double, ARGS, msgs)                    \
+  }
+#define ZEB_FORTRAN_FUNCTION_BODY(stem, T, ARGS, msgs)                                 \
+  T zeb_result{};                                                                      \
+  zeb::fortran_entry(#stem, msgs, ifail, [&](ZebEnData* en, char* eb, int64_t* ie) {   \
+    stem##t_(en ARGS(ZEB_FFWD), eb, ie, zeb::kErrbufLen);                              \
+  });                                                                                  \
+  return zeb_result;
 
 #define ZEB_FORTRAN_SUBROUTINE(stem, ARGS, msgs)                                       \
   ZEB_API void stem##_(ZEB_TAIL(ARGS(ZEB_FP)) ARGS(ZEB_HID)) {                         \

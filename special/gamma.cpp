@@ -1,4 +1,6 @@
 // s14aa: the gamma function Gamma(x); s14ab: ln Gamma(x) for x > 0.
+#include <emmintrin.h>
+
 #include <cmath>
 
 #include "frame/layers.hpp"
@@ -58,20 +60,95 @@ constexpr zeb::Msg<1> kLogNotPositive{1, 1011, NE_REAL_ARG_LE, "On entry, x = %s
 constexpr zeb::Msg<1> kLogTooLarge{2, 1021, NE_REAL_ARG_GT, "On entry, x = %s.\nConstraint: x <= x_big."};
 constexpr const zeb::MsgRow* kLogGammaMessages[] = {&kLogNotPositive, &kLogTooLarge};
 
+// c[0] t^(n-1) + ... + c[n-1] at t.  The terms of degree `tail` and up are
+// summed as two Horner chains in t^2 (odd and even degrees, the two lanes
+// of one SSE2 register), which halves the chain of dependent operations;
+// the last `tail` steps are Horner's own, so the value rounds as under
+// Horner's rule but for contributions far below its last bit.
+template <int N, int Tail>
+inline double polynomial(const double* c, double t) {
+  constexpr int kTop = N - Tail;
+  static_assert(kTop >= 2 && Tail >= 0);
+  const __m128d t2 = _mm_set1_pd(t * t);
+  int i = kTop % 2;
+  __m128d chains = _mm_set_pd(i == 1 ? c[0] : 0.0, 0.0);  // odd, even
+  for (; i < kTop; i += 2) chains = _mm_add_pd(_mm_mul_pd(chains, t2), _mm_loadu_pd(c + i));
+  double p = _mm_cvtsd_f64(_mm_unpackhi_pd(chains, chains)) + _mm_cvtsd_f64(chains) * t;
+  for (i = kTop; i < N; ++i) p = p * t + c[i];
+  return p;
+}
+
+// The expansion of Gamma(1 + g) at t = 2g - 1.
+inline double expansion(double t) { return polynomial<kSet.n, 4>(kSet.c, t); }
+
+// b (b + 1) ... (b + count - 1) for factors of one sign and at least 1 in
+// magnitude, in extended precision (64-bit significand).  The factors of a
+// block b ... b + L pair up from the outside in, (b + j)(b + L - j) =
+// u + j (L - j) with u = b (b + L) > 0: sixteen factors take 18 operations
+// instead of 16 multiplications and their additions, and nothing cancels.
+// Every rounding is 2^-11 of the result's last bit, so the product of up
+// to 170 factors stays far below it.
+inline long double rising(long double b, int count) {
+  long double f0 = 1.0L, f1 = 1.0L;
+  for (; count >= 16; count -= 16, b += 16.0L) {
+    const long double u = b * (b + 15.0L);
+    f0 *= (u * (u + 14.0L)) * ((u + 26.0L) * (u + 36.0L));
+    f1 *= ((u + 44.0L) * (u + 50.0L)) * ((u + 54.0L) * (u + 56.0L));
+  }
+  if (count >= 8) {
+    const long double u = b * (b + 7.0L);
+    f0 *= (u * (u + 6.0L)) * ((u + 10.0L) * (u + 12.0L));
+    count -= 8;
+    b += 8.0L;
+  }
+  if (count >= 4) {
+    const long double u = b * (b + 3.0L);
+    f1 *= u * (u + 2.0L);
+    count -= 4;
+    b += 4.0L;
+  }
+  for (; count > 0; --count, b += 1.0L) f0 *= b;
+  return f0 * f1;
+}
+
+// Gamma(x) where no failure applies: NaN, 2.23e-308 <= abs(x) <= 170 and x
+// not a negative whole number.  The recurrence's product is formed in
+// extended precision and rounded once with the result.
+inline double gamma_value(double x) {
+  if (x != x) return x;
+  if (std::fabs(x) <= kGammaSmall) return 1.0 / x;
+  const double n = std::trunc(x);
+  if (x >= 1.0) {
+    // Gamma(x) = (1 + g)(2 + g) ... (k + g) Gamma(1 + g), k = n - 1, g = x - n.
+    const double g = x - n;
+    return double(rising(1.0L + g, int(n) - 1) * expansion(2.0 * g - 1.0));
+  }
+  if (x > 0.0) return expansion(2.0 * x - 1.0) / x;
+  // Gamma(x) = Gamma(1 + g) / (x (x + 1) ... (x + m)), m = 1 - n, g = x + m:
+  // the last two factors lie inside (-1, 1) and are formed from x itself
+  // (g may round to 1 for x near -0).
+  const int m = 1 - int(n);
+  const long double xl = x, d = rising(xl, m - 1) * (xl + (m - 1)) * (xl + m);
+  return double(expansion(2.0 * (x - (n - 1.0)) - 1.0) / d);
+}
+
+// The engine's value where it does not fail (ok), for the quick return.
+inline double gamma_quick(double x, bool& ok) {
+  const double ax = std::fabs(x);
+  ok = !(ax > kGammaArgMax) && !(ax < kGammaTiny) && !(x < 0.0 && x == std::trunc(x));
+  return ok ? gamma_value(x) : 0.0;
+}
+
 }  // namespace
 
 ZEB_LAYERS(s14aaf, S14AAF_ARGS)
-ZEB_FORTRAN_FUNCTION(s14aaf, double, S14AAF_ARGS, kGammaMessages)
+ZEB_FORTRAN_QUICK_FUNCTION(s14aaf, S14AAF_ARGS, kGammaMessages, gamma_quick)
 
 extern "C" void s14aafn_(const double* xp, double* gx, char* errbuf, int64_t* ifail,
                          int64_t errbuf_len) {
   const double x = *xp;
   *gx = 0.0;
   *ifail = 0;
-  if (std::isnan(x)) {  // no failure applies: the value is not a number
-    *gx = x;
-    return;
-  }
   const double ax = std::fabs(x);
   if (ax > kGammaArgMax) {
     if (x < 0.0) {
@@ -82,51 +159,25 @@ extern "C" void s14aafn_(const double* xp, double* gx, char* errbuf, int64_t* if
     }
     return;
   }
-  if (ax <= kGammaSmall) {
-    if (ax < kGammaTiny) {
-      zeb::fail(errbuf, errbuf_len, ifail, kTooSmall, x, kGammaTiny);
-      *gx = x < 0.0 ? -kGammaTinyResult : kGammaTinyResult;
-    } else {
-      *gx = 1.0 / x;
-    }
+  if (ax < kGammaTiny) {
+    zeb::fail(errbuf, errbuf_len, ifail, kTooSmall, x, kGammaTiny);
+    *gx = x < 0.0 ? -kGammaTinyResult : kGammaTinyResult;
     return;
   }
-  const double n = std::trunc(x);
   // A negative whole number: x - (trunc(x) - 1) = 1 in exact arithmetic,
   // tested as x == trunc(x) (the difference rounds to 1 for x just below
   // -1e-17).
-  if (x < 0.0 && x == n) {
+  if (x < 0.0 && x == std::trunc(x)) {
     zeb::fail(errbuf, errbuf_len, ifail, kNegativeInteger, x);
     *gx = kGammaLarge;
     return;
   }
-  // Reduce to Gamma(1 + g), g in [0, 1).
-  double g, factor = 1.0;
-  if (x >= 1.0) {
-    g = x - n;
-    const int k = int(n) - 1;  // factors (x - 1) ... (x - k)
-    int i = 1;
-    for (; i + 1 <= k; i += 2) factor = factor * (x - i) * (x - (i + 1));
-    if (i == k) factor = factor * (x - i);
-  } else if (x > 0.0) {
-    g = x;
-    factor = 1.0 / x;
-  } else {
-    // Gamma(x) = Gamma(1 + g) / (x (x + 1) ... (x + m)), x + m = g.
-    g = x - (n - 1.0);
-    const int m = 1 - int(n);
-    double d = x;
-    for (int i = 1; i <= m; ++i) d *= x + i;
-    factor = 1.0 / d;
-  }
-  const double t = 2.0 * g - 1.0;
-  double p = kSet.c[0];
-  for (int i = 1; i < kSet.n; ++i) p = p * t + kSet.c[i];
-  *gx = factor * p;
+  *gx = gamma_value(x);
 }
 
 ZEB_API double s14aac(ZebError* fail, double x) {
   double gx = 0.0;
+  if (zeb::c_quick(fail, "s14aac", gamma_quick, x, gx)) return gx;
   zeb::c_entry(fail, "s14aac", kGammaMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
     s14aaft_(en, &x, &gx, eb, ie, zeb::kErrbufLen);
   });
@@ -176,10 +227,48 @@ inline double ratio(const double (&p)[8], const double (&q)[8], double z, double
   return num / den;
 }
 
+// ln Gamma(y) where no failure applies: 0 < y <= x_big, or NaN.  The
+// asymptotic range, the most used, is tested first.
+inline double log_gamma_value(double y) {
+  if (y > 12.0) {
+    // The series in 1/y^2, through one reciprocal: r only corrects the
+    // result, far below its last bit, so its own roundings do not show.
+    const double ry = 1.0 / y;
+    const double r = y <= kFrtbig ? polynomial<7, 0>(kC, ry * ry) * ry : 0.0;
+    const double corr = std::log(y);
+    return r + kHalfLogTwoPi - 0.5 * corr + y * (corr - 1.0);
+  }
+  if (y > 4.0) {
+    const double xm4 = y - 4.0;
+    return kD4 + xm4 * ratio(kP4, kQ4, xm4, -1.0);
+  }
+  if (y > 1.5) {
+    const double xm2 = y - 2.0;
+    return xm2 * (kD2 + xm2 * ratio(kP2, kQ2, xm2, 1.0));
+  }
+  if (y <= kLgEps) return -std::log(y);
+  double corr, xm1;
+  if (y < kPnt68) {
+    corr = -std::log(y);
+    xm1 = y;
+  } else {
+    corr = 0.0;
+    xm1 = (y - 0.5) - 0.5;
+  }
+  if (y <= 0.5 || y >= kPnt68) return corr + xm1 * (kD1 + xm1 * ratio(kP1, kQ1, xm1, 1.0));
+  const double xm2 = (y - 0.5) - 0.5;
+  return corr + xm2 * (kD2 + xm2 * ratio(kP2, kQ2, xm2, 1.0));
+}
+
+inline double log_gamma_quick(double y, bool& ok) {
+  ok = !(y > kXbig) && !(y <= 0.0);
+  return ok ? log_gamma_value(y) : 0.0;
+}
+
 }  // namespace
 
 ZEB_LAYERS(s14abf, S14ABF_ARGS)
-ZEB_FORTRAN_FUNCTION(s14abf, double, S14ABF_ARGS, kLogGammaMessages)
+ZEB_FORTRAN_QUICK_FUNCTION(s14abf, S14ABF_ARGS, kLogGammaMessages, log_gamma_quick)
 
 extern "C" void s14abfn_(const double* xp, double* res, char* errbuf, int64_t* ifail,
                          int64_t errbuf_len) {
@@ -188,56 +277,17 @@ extern "C" void s14abfn_(const double* xp, double* res, char* errbuf, int64_t* i
   if (y > kXbig) {
     zeb::fail(errbuf, errbuf_len, ifail, kLogTooLarge, y);
     *res = zeb::machine::kHuge;
-    return;
-  }
-  if (y <= kLgEps) {
-    if (y > 0.0) {
-      *res = -std::log(y);
-    } else {
-      zeb::fail(errbuf, errbuf_len, ifail, kLogNotPositive, y);
-      *res = y == 0.0 ? zeb::machine::kHuge : 0.0;
-    }
-    return;
-  }
-  if (y <= 1.5) {
-    double corr, xm1;
-    if (y < kPnt68) {
-      corr = -std::log(y);
-      xm1 = y;
-    } else {
-      corr = 0.0;
-      xm1 = (y - 0.5) - 0.5;
-    }
-    if (y <= 0.5 || y >= kPnt68) {
-      *res = corr + xm1 * (kD1 + xm1 * ratio(kP1, kQ1, xm1, 1.0));
-    } else {
-      const double xm2 = (y - 0.5) - 0.5;
-      *res = corr + xm2 * (kD2 + xm2 * ratio(kP2, kQ2, xm2, 1.0));
-    }
-  } else if (y <= 4.0) {
-    const double xm2 = y - 2.0;
-    *res = xm2 * (kD2 + xm2 * ratio(kP2, kQ2, xm2, 1.0));
-  } else if (y <= 12.0) {
-    const double xm4 = y - 4.0;
-    *res = kD4 + xm4 * ratio(kP4, kQ4, xm4, -1.0);
+  } else if (y <= 0.0) {
+    zeb::fail(errbuf, errbuf_len, ifail, kLogNotPositive, y);
+    *res = y == 0.0 ? zeb::machine::kHuge : 0.0;
   } else {
-    double r = 0.0;
-    if (y <= kFrtbig) {
-      // The series in 1/y^2: multiplying by the reciprocal keeps the chain
-      // of dependent operations short; the rounding difference lies far
-      // below the last bit of the result, which r only corrects.
-      const double rysq = 1.0 / (y * y);
-      r = kC[0];
-      for (int i = 1; i < 7; ++i) r = r * rysq + kC[i];
-    }
-    r /= y;
-    const double corr = std::log(y);
-    *res = r + kHalfLogTwoPi - 0.5 * corr + y * (corr - 1.0);
+    *res = log_gamma_value(y);
   }
 }
 
 ZEB_API double s14abc(ZebError* fail, double x) {
   double y = 0.0;
+  if (zeb::c_quick(fail, "s14abc", log_gamma_quick, x, y)) return y;
   zeb::c_entry(fail, "s14abc", kLogGammaMessages, [&](ZebEnData* en, char* eb, int64_t* ie) {
     s14abft_(en, &x, &y, eb, ie, zeb::kErrbufLen);
   });
