@@ -74,8 +74,8 @@ constexpr zeb::Msg<3> kBadSize{7, 703, NE_INT_ARRAY,
         nullptr, "NE_WRONG_NUM_TOKENS"                                                     \
   }
 constexpr zeb::Msg<3> kTokens[3] = {ZEB_SDPA_TOKENS(801, "block sizes."),
-                                    ZEB_SDPA_TOKENS(802, "the objective function."),
-                                    ZEB_SDPA_TOKENS(803, "nonzero matrix elements.")};
+                                    ZEB_SDPA_TOKENS(802, "the\nobjective function."),
+                                    ZEB_SDPA_TOKENS(803, "nonzero\nmatrix elements.")};
 #define ZEB_SDPA_RANGE(id, what)                                                           \
   zeb::Msg<4> {                                                                            \
     9, id, NE_INT,                                                                         \
@@ -190,8 +190,10 @@ extern "C" void e04rdfn_(ZebEnData*, const int64_t* infile, const int64_t* maxnv
     if (!integer(t[0], &count[k])) return;
     if (count[k] < 1) return fail(kBadCount[k], r.line, count[k]);
   }
+  // Huge counts need no check of their own: each line is checked to hold
+  // as many tokens as its count says before anything of that length is
+  // allocated.
   const int64_t m = count[0], nb = count[1];
-  if (nb > int64_t(1) << 40 || m > int64_t(1) << 40) return fail(kBadCount[nb > m], r.line, nb > m ? nb : m);
   // The block sizes, then the objective.
   if (!r.next(t)) return fail(kIncomplete[2]);
   if (int64_t(t.size()) < nb) return fail(kTokens[0], r.line, nb, int64_t(t.size()));

@@ -108,10 +108,14 @@ TEST(Sdpa, MalformedFilesGetTheirOwnMessages) {
                       "  The number stated there is 0 and needs to be nonzero."},
       {"2\n2\n{3}\n", "NE_WRONG_NUM_TOKENS:\n  Not enough data was given on line 3 specifying\n  block sizes.\n"
                       "  Expected 2 tokens but found only\n  1."},
+      {"9223372036854775807\n1\n2\n1 1\n", "NE_WRONG_NUM_TOKENS:\n  Not enough data was given on line 4 specifying\n  the\n"
+                                           "  objective function.\n  Expected 9223372036854775807 tokens but found only\n  2."},
+      {"2\n9223372036854775807\n2\n", "NE_WRONG_NUM_TOKENS:\n  Not enough data was given on line 3 specifying\n  block sizes.\n"
+                                     "  Expected 9223372036854775807 tokens but found only\n  1."},
       {"2\n1\n2\n1.0, x\n", "NE_INVALID_FORMAT:\n  The token on line 4 at position 6\n"
                            "  to 6 was not recognized as a valid real number."},
       {"2\n1\n2\n1 1\n0 1 1\n", "NE_WRONG_NUM_TOKENS:\n  Not enough data was given on line 5 specifying\n"
-                                "  nonzero matrix elements.\n  Expected 5 tokens but found only\n  3."},
+                                "  nonzero\n  matrix elements.\n  Expected 5 tokens but found only\n  3."},
       {"2\n1\n2\n1 1\n3 1 1 1 1.0\n", "NE_OUT_OF_RANGE:\n  Invalid structural data found on line 5.\n"
                                       "  The given matrix number is out of bounds. Its value 3\n"
                                       "  must be between 0 and\n  2 (inclusive)."},
