@@ -11,6 +11,8 @@
 // whole range.  A descending sort is the ascending one reversed.  NaNs are
 // placed last in either order, in the order met (the others are sorted as
 // though the NaNs were not there).
+#include <emmintrin.h>
+
 #include <utility>
 
 #include "frame/layers.hpp"
@@ -39,6 +41,34 @@ struct PivotPlacer {
 constexpr int64_t kSmall = 15;      // segments this short are left to insertion
 constexpr int kStackCapacity = 64;  // depth <= log2(range / 16) < 64
 
+// The partition's scans, four elements a step: the first element at or
+// after p that is not less than t, and the last at or before p that is not
+// greater than t.  Each scan must meet such an element by its bound
+// (a[lo] and a[hi] guard it); the four-element steps read only within
+// [first, last], the whole range, and the stopping test is the scalar one
+// (!(x < t), !(x > t)), so that the scans stop where the one-at-a-time
+// scans stop.
+inline double* scan_up(double* p, double t, const double* last) {
+  const __m128d tv = _mm_set1_pd(t);
+  for (; last - p >= 3; p += 4) {
+    const int m = _mm_movemask_pd(_mm_cmpnlt_pd(_mm_loadu_pd(p), tv)) |
+                  _mm_movemask_pd(_mm_cmpnlt_pd(_mm_loadu_pd(p + 2), tv)) << 2;
+    if (m != 0) return p + __builtin_ctz(unsigned(m));
+  }
+  while (*p < t) ++p;
+  return p;
+}
+inline double* scan_down(double* p, double t, const double* first) {
+  const __m128d tv = _mm_set1_pd(t);
+  for (; p - first >= 3; p -= 4) {
+    const int m = _mm_movemask_pd(_mm_cmpngt_pd(_mm_loadu_pd(p - 3), tv)) |
+                  _mm_movemask_pd(_mm_cmpngt_pd(_mm_loadu_pd(p - 1), tv)) << 2;
+    if (m != 0) return p - 3 + (31 - __builtin_clz(unsigned(m)));
+  }
+  while (*p > t) --p;
+  return p;
+}
+
 // Sorts a[lo..hi] ascending (a indexed from 1 as the caller sees it).
 void quick_insertion_sort(double* a, int64_t m1, int64_t m2) {
   if (m2 - m1 > 14) {
@@ -64,13 +94,12 @@ void quick_insertion_sort(double* a, int64_t m1, int64_t m2) {
         std::swap(a[mid], a[hi]);
         t = a[mid];
       }
-      // The scans walk pointers (tighter loops than indexed ones); a[lo] and
-      // a[hi] stop them.
+      // a[lo] and a[hi] stop the scans.
       double* pi = a + lo;
       double* pj = a + hi;
       for (;;) {
-        do ++pi; while (*pi < t);
-        do --pj; while (*pj > t);
+        pi = scan_up(pi + 1, t, a + m2);
+        pj = scan_down(pj - 1, t, a + m1);
         if (pi >= pj) break;
         std::swap(*pi, *pj);
       }
