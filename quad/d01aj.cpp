@@ -19,6 +19,7 @@
 #include <new>
 
 #include "frame/layers.hpp"
+#include "quad/power.hpp"
 #include "quad/quad.def"
 #include "sort/rank.hpp"
 #include "zeb/quad.h"
@@ -115,8 +116,11 @@ inline bool qk21(F& f, double a1, double b1, Rule& r) {
   resabs *= dhlgth;
   resasc *= dhlgth;
   double abserr = std::fabs((resk - resg) * hlgth);
-  if (resasc != 0.0 && abserr != 0.0)
-    abserr = resasc * dmin(1.0, std::pow(200.0 * abserr / resasc, 1.5));
+  if (resasc != 0.0 && abserr != 0.0) {
+    // min(1, q^1.5): 1 from q >= 1 on without the power.
+    const double q = 200.0 * abserr / resasc;
+    abserr = resasc * (q >= 1.0 ? 1.0 : zeb::quad::pow_three_halves(q));
+  }
   if (resabs > kRuleFloorMin) abserr = dmax(kRuleFloor * resabs, abserr);
   r.abserr = abserr;
   r.resabs = resabs;
@@ -260,6 +264,86 @@ double sum_results(const double* rlist, int64_t last) {
   return s;
 }
 
+// The subintervals in the order they lie from a to b: a doubly linked list
+// over their list indices (1..limit), index 0 the sentinel (next[0] the
+// first, prev[0] the last), kept by every bisection so that the lists can
+// be put in order at the end without a sort.  The links of up to kInline
+// subintervals live in the object itself; more are allocated when the
+// bisections reach them (without memory the lists are sorted instead).
+class Chain {
+ public:
+  static constexpr int64_t kInline = 128;
+  explicit Chain(int64_t limit) : limit_(limit) {
+    next_ = inline_;
+    prev_ = inline_ + kInline + 1;
+    next_[0] = prev_[0] = 1;
+    next_[1] = prev_[1] = 0;
+  }
+  ~Chain() { delete[] heap_; }
+  Chain(const Chain&) = delete;
+  Chain& operator=(const Chain&) = delete;
+  bool valid() const { return next_ != nullptr; }
+  // Interval `old` was split into `left` and `right` (one of them `old`,
+  // the other the new index `last`).
+  void split(int64_t last, int64_t old, int64_t left, int64_t right) {
+    if (__builtin_expect(last > cap_, 0) && !grow()) return;  // (cap_ stays when it fails)
+    const int64_t p = prev_[old], n = next_[old];
+    next_[p] = left;
+    prev_[left] = p;
+    next_[left] = right;
+    prev_[right] = left;
+    next_[right] = n;
+    prev_[n] = right;
+  }
+  const int64_t* next() const { return next_; }
+  const int64_t* prev() const { return prev_; }
+
+ private:
+  bool grow() {
+    if (!next_) return false;
+    int64_t* h = new (std::nothrow) int64_t[size_t(2 * (limit_ + 1))];
+    if (!h) {
+      next_ = prev_ = nullptr;
+      return false;
+    }
+    std::memcpy(h, next_, size_t(cap_ + 1) * sizeof(int64_t));
+    std::memcpy(h + limit_ + 1, prev_, size_t(cap_ + 1) * sizeof(int64_t));
+    heap_ = h;
+    next_ = h;
+    prev_ = h + limit_ + 1;
+    cap_ = limit_;
+    return true;
+  }
+  int64_t limit_, cap_ = kInline;
+  int64_t* next_;
+  int64_t* prev_;
+  int64_t* heap_ = nullptr;
+  int64_t inline_[2 * (kInline + 1)];
+};
+
+// The ranks (from 1) of the left end points keys[0..n-1] of the n
+// subintervals, in ranks[0..n-1], read from the chain: walked from a towards
+// b when a < b, else from b.  The left end points must strictly increase
+// along the walk (no ties, no NaN), for then the walk is the order of a
+// sort; false otherwise.
+bool ranks_from_chain(const Chain& chain, const double* keys, int64_t n, bool from_a,
+                      int64_t* ranks) {
+  if (!chain.valid()) return false;
+  const int64_t* step = from_a ? chain.next() : chain.prev();
+  int64_t i = step[0];
+  double prev = -HUGE_VAL;
+  for (int64_t k = 1; k <= n; ++k) {
+    if (i < 1 || i > n) return false;
+    const double key = keys[i - 1];
+    if (!(key > prev) && k > 1) return false;
+    if (key != key) return false;
+    prev = key;
+    ranks[i - 1] = k;
+    i = step[i];
+  }
+  return i == 0;
+}
+
 struct Outcome {
   double result = 0.0, abserr = 0.0;
   int64_t neval = 0, last = 0, ier = 0;
@@ -273,7 +357,7 @@ struct Outcome {
 template <class F>
 void adaptive(F& f, double a, double b, double epsabs, double epsrel, int64_t limit,
               double* alist, double* blist, double* elist, double* rlist, int64_t* iord,
-              Outcome& o) {
+              Chain& chain, Outcome& o) {
   alist[1] = a;
   blist[1] = b;
   rlist[1] = 0.0;
@@ -348,12 +432,14 @@ void adaptive(F& f, double a, double b, double epsabs, double epsrel, int64_t li
         rlist[last] = area1;
         elist[maxerr] = error2;
         elist[last] = error1;
+        chain.split(last, maxerr, last, maxerr);
       } else {
         alist[last] = a2;
         blist[maxerr] = b1;
         blist[last] = b2;
         elist[maxerr] = error1;
         elist[last] = error2;
+        chain.split(last, maxerr, maxerr, last);
       }
       order_errors(limit, last, maxerr, errmax, elist, iord, nrmax);
       if (errsum <= errbnd) {
@@ -536,6 +622,7 @@ extern "C" void d01ajfn_(ZebEnData* en, D01ajMarshal marshal, zeb::RealFn1 fun,
   }
   const int64_t limit = *lw / 4 < *liw ? *lw / 4 : *liw;
   Outcome o;
+  Chain chain(limit);
   zeb::with_real1(
       marshal == d01ajf_internal_fh_, en, fun,
       [&](double x, double& fx) {
@@ -543,7 +630,7 @@ extern "C" void d01ajfn_(ZebEnData* en, D01ajMarshal marshal, zeb::RealFn1 fun,
       },
       [&](auto&& f) {
         adaptive(f, *a, *b, std::fabs(*epsabs), std::fabs(*epsrel), limit, w - 1,
-                 w + limit - 1, w + 2 * limit - 1, w + 3 * limit - 1, iw - 1, o);
+                 w + limit - 1, w + 2 * limit - 1, w + 3 * limit - 1, iw - 1, chain, o);
       });
   if (o.stopped) {
     zeb::fail(errbuf, errbuf_len, ifail, kUserStop, en->user_stop != 0 ? en->user_stop : -1);
@@ -561,11 +648,13 @@ extern "C" void d01ajfn_(ZebEnData* en, D01ajMarshal marshal, zeb::RealFn1 fun,
     for (int64_t k = 1; k < 4; ++k) std::memmove(w + k * n, w + k * limit, size_t(n) * sizeof(double));
   }
   if (n > 1) {
-    const int64_t one = 1;
     int64_t rfail = 0;
-    char rbuf[zeb::kErrbufLen];
-    m01dafn_(w, &one, &n, "A", iw, rbuf, &rfail, zeb::kErrbufLen);
-    if (rfail == 0) {  // the ranks of m01da are a permutation: all four lists at once
+    if (!ranks_from_chain(chain, w, n, *a < *b, iw)) {  // rank the left end points
+      const int64_t one = 1;
+      char rbuf[zeb::kErrbufLen];
+      m01dafn_(w, &one, &n, "A", iw, rbuf, &rfail, zeb::kErrbufLen);
+    }
+    if (rfail == 0) {  // the ranks are a permutation: all four lists at once
       double* const lists[4] = {w, w + n, w + 2 * n, w + 3 * n};
       zeb::rearrange_by_ranks(lists, 4, n, iw);
     } else {

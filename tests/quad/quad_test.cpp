@@ -10,13 +10,17 @@
 
 #include <algorithm>
 #include <array>
+#include <cfloat>
 #include <cmath>
+#include <cstring>
 #include <functional>
+#include <random>
 #include <string>
 #include <vector>
 
 #include "common/testing.hpp"
 #include "common/userfn.hpp"
+#include "quad/power.hpp"
 #include "zeb.h"
 
 namespace {
@@ -315,6 +319,63 @@ TEST(D01ajArguments, ListsOrderedByLeftEndPoint) {
       EXPECT_EQ(std::vector<double>(lists[l].begin(), lists[l].begin() + n),
                 std::vector<double>(al + l * size_t(n), al + (l + 1) * size_t(n))) << l;
   }
+}
+
+// Hundreds of subintervals, over [0, 1] and over [1, 0]: the lists hold the
+// subintervals GSL's workspace holds (the same bisections give the same end
+// points), sorted here by left end point, with their integrals.
+TEST(D01ajArguments, ManySubintervalsOrderedByLeftEndPoint) {
+  g_f = [](double x) { return std::sin(3000 * x); };
+  for (const double b : {1.0, 0.0}) {
+    const double a = 1 - b;
+    SCOPED_TRACE(b);
+    const Ours o = d01aj(a, b, 0, 1e-10, 500);
+    ASSERT_EQ(o.ifail, 0);
+    const int64_t n = o.n;
+    ASSERT_GT(n, 400);
+    gsl_set_error_handler_off();
+    gsl_integration_workspace* w = gsl_integration_workspace_alloc(500);
+    gsl_function F{gsl_f, nullptr};
+    double r, e;
+    ASSERT_EQ(gsl_integration_qags(&F, a, b, 0, 1e-10, 500, w, &r, &e), GSL_SUCCESS);
+    ASSERT_EQ(int64_t(w->size), n);
+    std::vector<std::array<double, 3>> peer(static_cast<size_t>(n));
+    for (size_t i = 0; i < size_t(n); ++i) peer[i] = {w->alist[i], w->blist[i], w->rlist[i]};
+    gsl_integration_workspace_free(w);
+    std::sort(peer.begin(), peer.end());
+    const double *al = o.w.data(), *bl = al + n, *rl = al + 3 * n;
+    for (size_t i = 0; i < size_t(n); ++i) {
+      EXPECT_EQ(al[i], peer[i][0]) << i;
+      EXPECT_EQ(bl[i], peer[i][1]) << i;
+      EXPECT_NEAR(rl[i], peer[i][2], 1e-15) << i;
+    }
+  }
+}
+
+// The rule's error estimate takes q^1.5 of a ratio q < 1 from a square root
+// and exact products, falling back on std::pow near a rounding boundary:
+// the same double as std::pow everywhere, exact powers and the arguments
+// next to them included.
+TEST(D01ajRule, ThreeHalvesPowerAsStdPow) {
+  auto same = [](double x) {
+    const double ours = zeb::quad::pow_three_halves(x), peer = std::pow(x, 1.5);
+    return std::memcmp(&ours, &peer, sizeof ours) == 0 || (ours != ours && peer != peer);
+  };
+  std::mt19937_64 g(7);
+  long bad = 0;
+  for (int i = 0; i < 400000; ++i) {
+    const double m = std::uniform_real_distribution<double>(1, 2)(g);
+    const double x = std::ldexp(m, int(g() % 1100) - 1000);
+    if (!same(x)) ++bad;
+  }
+  for (double k = 1; k < 70000; k += 1)
+    for (int e : {-600, -2, 0, 4})
+      for (double x : {std::ldexp(k * k, 2 * e), std::nextafter(std::ldexp(k * k, 2 * e), 0.0)})
+        if (!same(x)) ++bad;
+  for (double x : {0.0, -0.0, 1.0, 0x1p-400, 0x1p400, 0x1p-1074, DBL_MIN, DBL_MAX, -1.0, HUGE_VAL,
+                   double(NAN)})
+    if (!same(x)) ++bad;
+  EXPECT_EQ(bad, 0);
 }
 
 // An even integrand on [-1, 1]: the two halves of the first bisection are
