@@ -127,7 +127,6 @@ extern "C" void f07adfn_(ZebEnData* en, const I* mp, const I* np, double* a, con
     if (*info == 0 && sub > 0) *info = sub + j;
     for (I i = j; i < std::min(m, j + jb); ++i) ipiv[i] += j;
     const I k1 = j + 1, k2 = j + jb;
-    f07adyn_(&j, a, &lda, &k1, &k2, ipiv, &inc);
     if (j + jb < n) {
       const I nr = n - j - jb;
       double* a12 = ajj + jb * lda;
@@ -136,6 +135,16 @@ extern "C" void f07adfn_(ZebEnData* en, const I* mp, const I* np, double* a, con
       if (j + jb < m)
         zeb::blas::dgemm('N', 'N', m - j - jb, nr, jb, -1.0, ajj + jb, lda, a12, lda, 1.0,
                          a12 + jb, lda);
+    }
+  }
+  // The interchanges of the later panels on the columns of L, left until
+  // now: a column at a time, whose rows stay in cache through all its swaps
+  // (done panel by panel across the columns they cost a pass over memory).
+  for (I c = 0; c < k; ++c) {
+    double* x = a + c * lda;
+    for (I i = (c / nb + 1) * nb; i < k; ++i) {
+      const I r = ipiv[i] - 1;
+      if (r != i) std::swap(x[i], x[r]);
     }
   }
 }
