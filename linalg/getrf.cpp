@@ -1,8 +1,11 @@
 // f07ad: LU factorisation with partial pivoting, A = P L U (LAPACK dgetrf),
 // with its kernels: the unblocked panel f07adzn (dgetf2) and the row
 // interchanges f07adyn (dlaswp).
+#include <immintrin.h>
+
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include "frame/layers.hpp"
 #include "frame/machine.hpp"
@@ -38,9 +41,10 @@ ZEB_API void f07adyn_(const I* n, double* a, const I* lda, const I* k1, const I*
 
 namespace {
 
-// The column-by-column factorisation of an m by n panel (arguments valid).
+// The column-by-column factorisation of an m by n panel (arguments valid),
+// each rank-one update by the BLAS's dger.
 constexpr I kGroup = 8192;
-void getf2(I m, I n, double* a, I lda, I* ipiv, I* info) {
+void getf2_dger(I m, I n, double* a, I lda, I* ipiv, I* info) {
   const double sfmin = zeb::machine::kSafe;
   const I k = std::min(m, n);
   const bool group = zeb::blas::threads() != 1;
@@ -72,6 +76,229 @@ void getf2(I m, I n, double* a, I lda, I* ipiv, I* info) {
                         ajj + 1 + (l + 1) * lda, lda);
     }
   }
+}
+
+// The same factorisation with the rank-one updates done here, to the bit as
+// dger does them.  OpenBLAS's dger (x86-64) updates each column as an axpy
+// whose leading multiple of 16 rows are fused multiply-adds, a - u l rounded
+// once, and whose last rows are a product and a sum, rounded twice.  Step k
+// of an m-row panel therefore fuses rows k+1 .. f(k)-1, f(k) = k + 1 +
+// ((m - k - 1) & -16), and rows below m - 15 always.
+//
+// The panel goes kSteps columns at a time.  Those columns are factored step
+// by step as dger would; the columns to their right then take the swaps of
+// those steps and, from registers, the kSteps updates in their order, every
+// update fused.  That is exact but for the rows whose contents stood in the
+// unfused tail at some step (the tail itself and the rows exchanged with
+// it): those are redone one update at a time, each fused or not by where its
+// contents stood at that step.
+//
+// Used when the processor has FMA and a probe of the BLAS's dger finds
+// that rounding; otherwise the panel calls dger.
+constexpr I kSteps = 8;
+#define ZEB_FMA __attribute__((target("avx2,fma")))
+
+ZEB_FMA inline double update(bool fused, double a, double u, double l) {
+  if (fused) return std::fma(-u, l, a);
+  double t = -u * l;
+  __asm__("" : "+x"(t));  // rounded on its own, not contracted into the sum
+  return a + t;
+}
+
+// Step k on rows i0 .. m-1 of columns c0 .. c1-1, rows below f fused.
+ZEB_FMA void step(double* a, I lda, I k, I i0, I m, I f, I c0, I c1) {
+  const double* l = a + k * lda;
+  const I fe = std::max(i0, f);
+  for (I c = c0; c < c1; ++c) {
+    double* x = a + c * lda;
+    const double u = x[k];
+    const __m256d nu = _mm256_set1_pd(-u);
+    I i = i0;
+    for (; i + 4 <= fe; i += 4)
+      _mm256_storeu_pd(x + i, _mm256_fmadd_pd(nu, _mm256_loadu_pd(l + i), _mm256_loadu_pd(x + i)));
+    for (; i < fe; ++i) x[i] = std::fma(-u, l[i], x[i]);
+    for (; i < m; ++i) x[i] = update(false, x[i], u, l[i]);
+  }
+}
+
+// Steps k0 .. k1-1, in order and fused, on rows lo .. hi-1 of columns
+// c0 .. c1-1: eight rows of four columns at a time in registers.
+ZEB_FMA void steps(double* a, I lda, I k0, I k1, I lo, I hi, I c0, I c1) {
+  I c = c0;
+  for (; c + 4 <= c1; c += 4) {
+    double* x0 = a + c * lda;
+    double* x1 = x0 + lda;
+    double* x2 = x1 + lda;
+    double* x3 = x2 + lda;
+    I i = lo;
+    for (; i + 8 <= hi; i += 8) {
+      __m256d y00 = _mm256_loadu_pd(x0 + i), y01 = _mm256_loadu_pd(x0 + i + 4);
+      __m256d y10 = _mm256_loadu_pd(x1 + i), y11 = _mm256_loadu_pd(x1 + i + 4);
+      __m256d y20 = _mm256_loadu_pd(x2 + i), y21 = _mm256_loadu_pd(x2 + i + 4);
+      __m256d y30 = _mm256_loadu_pd(x3 + i), y31 = _mm256_loadu_pd(x3 + i + 4);
+      for (I k = k0; k < k1; ++k) {
+        const double* l = a + k * lda + i;
+        const __m256d l0 = _mm256_loadu_pd(l), l1 = _mm256_loadu_pd(l + 4);
+        __m256d u = _mm256_set1_pd(-x0[k]);
+        y00 = _mm256_fmadd_pd(u, l0, y00);
+        y01 = _mm256_fmadd_pd(u, l1, y01);
+        u = _mm256_set1_pd(-x1[k]);
+        y10 = _mm256_fmadd_pd(u, l0, y10);
+        y11 = _mm256_fmadd_pd(u, l1, y11);
+        u = _mm256_set1_pd(-x2[k]);
+        y20 = _mm256_fmadd_pd(u, l0, y20);
+        y21 = _mm256_fmadd_pd(u, l1, y21);
+        u = _mm256_set1_pd(-x3[k]);
+        y30 = _mm256_fmadd_pd(u, l0, y30);
+        y31 = _mm256_fmadd_pd(u, l1, y31);
+      }
+      _mm256_storeu_pd(x0 + i, y00);
+      _mm256_storeu_pd(x0 + i + 4, y01);
+      _mm256_storeu_pd(x1 + i, y10);
+      _mm256_storeu_pd(x1 + i + 4, y11);
+      _mm256_storeu_pd(x2 + i, y20);
+      _mm256_storeu_pd(x2 + i + 4, y21);
+      _mm256_storeu_pd(x3 + i, y30);
+      _mm256_storeu_pd(x3 + i + 4, y31);
+    }
+    for (; i < hi; ++i)
+      for (double* x : {x0, x1, x2, x3})
+        for (I k = k0; k < k1; ++k) x[i] = std::fma(-x[k], a[i + k * lda], x[i]);
+  }
+  for (; c < c1; ++c) {
+    double* x = a + c * lda;
+    for (I k = k0; k < k1; ++k) {
+      const double* l = a + k * lda;
+      const __m256d nu = _mm256_set1_pd(-x[k]);
+      I i = lo;
+      for (; i + 4 <= hi; i += 4)
+        _mm256_storeu_pd(x + i, _mm256_fmadd_pd(nu, _mm256_loadu_pd(l + i), _mm256_loadu_pd(x + i)));
+      for (; i < hi; ++i) x[i] = std::fma(-x[k], l[i], x[i]);
+    }
+  }
+}
+
+ZEB_FMA void getf2_fma(I m, I n, double* a, I lda, I* ipiv, I* info) {
+  const double sfmin = zeb::machine::kSafe;
+  const I kk = std::min(m, n);
+  const auto f = [m](I k) { return k + 1 + ((m - k - 1) & ~I(15)); };
+  std::vector<I> odd;             // the rows redone one update at a time
+  std::vector<unsigned char> fused;  // per odd row and step
+  std::vector<double> saved;      // their values before the steps
+  for (I k0 = 0; k0 < kk; k0 += kSteps) {
+    const I k1 = std::min(kk, k0 + kSteps);
+    for (I k = k0; k < k1; ++k) {
+      double* akk = a + k + k * lda;
+      const I p = k + zeb::blas::idamax(m - k, akk, 1) - 1;
+      ipiv[k] = p + 1;
+      if (a[p + k * lda] != 0.0) {
+        if (p != k)
+          for (I c = k0; c < k1; ++c) std::swap(a[k + c * lda], a[p + c * lda]);
+        if (k + 1 < m) {
+          if (std::fabs(*akk) >= sfmin) {
+            zeb::blas::dscal(m - k - 1, 1.0 / *akk, akk + 1, 1);
+          } else {
+            for (I i = 1; i < m - k; ++i) akk[i] /= *akk;
+          }
+        }
+      } else if (*info == 0) {
+        *info = k + 1;
+      }
+      if (k + 1 < kk) step(a, lda, k, k + 1, m, f(k), k + 1, k1);
+    }
+    for (I k = k0; k < k1; ++k) {
+      const I p = ipiv[k] - 1;
+      if (p == k) continue;
+      for (I c = 0; c < k0; ++c) std::swap(a[k + c * lda], a[p + c * lda]);
+      for (I c = k1; c < n; ++c) std::swap(a[k + c * lda], a[p + c * lda]);
+    }
+    const I s1 = std::min(k1, kk - 1);  // the steps that update
+    if (k1 >= n || s1 <= k0) continue;
+    const I ns = s1 - k0, tail = m - 15;
+    odd.clear();
+    for (I k = k0; k < k1; ++k) {
+      const I p = ipiv[k] - 1;
+      if (p >= tail && p != k) {
+        odd.push_back(k);
+        odd.push_back(p);
+      }
+    }
+    for (I r = std::max(k0 + 1, tail); r < m; ++r) odd.push_back(r);
+    std::sort(odd.begin(), odd.end());
+    odd.erase(std::unique(odd.begin(), odd.end()), odd.end());
+    const I no = I(odd.size());
+    // Where each odd row's contents stood at each step: the swaps undone
+    // from the last.
+    fused.assign(size_t(no * ns), 1);
+    for (I t = 0; t < no; ++t) {
+      I q = odd[size_t(t)];
+      for (I k = k1 - 1; k >= k0; --k) {
+        if (k < s1) fused[size_t(t * ns + k - k0)] = q < f(k);
+        const I p = ipiv[k] - 1;
+        q = q == k ? p : q == p ? k : q;
+      }
+    }
+    // The rows of U, in step order.
+    for (I c = k1; c < n; ++c) {
+      double* x = a + c * lda;
+      I t = 0;
+      for (I r = k0 + 1; r < k1; ++r) {
+        while (t < no && odd[size_t(t)] < r) ++t;
+        const bool o = t < no && odd[size_t(t)] == r;
+        double v = x[r];
+        for (I k = k0; k < std::min(r, s1); ++k)
+          v = update(!o || fused[size_t(t * ns + k - k0)], v, x[k], a[r + k * lda]);
+        x[r] = v;
+      }
+    }
+    // The rows below: all of them from registers, then the odd ones again
+    // from their saved values.
+    I t0 = 0;
+    while (t0 < no && odd[size_t(t0)] < k1) ++t0;
+    const I nc = n - k1;
+    saved.resize(size_t((no - t0) * nc));
+    for (I t = t0; t < no; ++t)
+      for (I c = 0; c < nc; ++c)
+        saved[size_t((t - t0) * nc + c)] = a[odd[size_t(t)] + (k1 + c) * lda];
+    steps(a, lda, k0, s1, k1, std::max(k1, tail), k1, n);
+    for (I c = k1; c < n; ++c) {
+      double* x = a + c * lda;
+      for (I t = t0; t < no; ++t) {
+        const I r = odd[size_t(t)];
+        const unsigned char* fu = &fused[size_t(t * ns)];
+        double v = saved[size_t((t - t0) * nc + c - k1)];
+        for (I k = k0; k < s1; ++k) v = update(fu[k - k0], v, x[k], a[r + k * lda]);
+        x[r] = v;
+      }
+    }
+  }
+}
+
+#undef ZEB_FMA
+
+// Whether the BLAS's dger rounds as getf2_fma does: with x = y = 1 + 2^-30
+// and a = 1 + 2^-29, a - x y is -2^-60 fused and 0 otherwise.
+bool dger_as_getf2_fma() {
+  __builtin_cpu_init();
+  if (!__builtin_cpu_supports("avx2") || !__builtin_cpu_supports("fma")) return false;
+  const double t = 1.0 + 0x1p-30, s = 1.0 + 0x1p-29;
+  std::vector<double> a, x, y(3, t);
+  for (I m = 1; m <= 1000; m += m < 70 ? 1 : 93) {
+    a.assign(size_t(3 * m), s);
+    x.assign(size_t(m), t);
+    zeb::blas::dger(m, 3, -1.0, x.data(), 1, y.data(), 1, a.data(), m);
+    for (I i = 0; i < 3 * m; ++i)
+      if (a[size_t(i)] != (i % m < (m & ~I(15)) ? -0x1p-60 : 0.0)) return false;
+  }
+  return true;
+}
+
+void getf2(I m, I n, double* a, I lda, I* ipiv, I* info) {
+  static const bool fma = dger_as_getf2_fma();
+  if (fma && n > 1)
+    getf2_fma(m, n, a, lda, ipiv, info);
+  else
+    getf2_dger(m, n, a, lda, ipiv, info);
 }
 
 constexpr char kGetf2Name[] = "F07ADZ/DGETF2";

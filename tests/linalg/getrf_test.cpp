@@ -140,6 +140,106 @@ TEST(F07ad, PanelsAreFactoredColumnByColumn) {
   }
 }
 
+namespace {
+// The library's own BLAS (the same copy: a second dlopen finds it loaded).
+struct Blas {
+  void* h = nullptr;
+  I (*idamax)(const I*, const double*, const I*) = nullptr;
+  void (*dswap)(const I*, double*, const I*, double*, const I*) = nullptr;
+  void (*dscal)(const I*, const double*, double*, const I*) = nullptr;
+  void (*dger)(const I*, const I*, const double*, const double*, const I*, const double*,
+               const I*, double*, const I*) = nullptr;
+};
+const Blas& library_blas() {
+  static const Blas b = [] {
+    Blas r;
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    r.h = dlopen("libopenblas64.so.0", RTLD_NOW | RTLD_LOCAL);
+#else
+    r.h = dlopen("libopenblas64.so.0", RTLD_NOW | RTLD_LOCAL | RTLD_DEEPBIND);
+#endif
+    if (!r.h) return r;
+    r.idamax = reinterpret_cast<decltype(r.idamax)>(dlsym(r.h, "idamax_"));
+    r.dswap = reinterpret_cast<decltype(r.dswap)>(dlsym(r.h, "dswap_"));
+    r.dscal = reinterpret_cast<decltype(r.dscal)>(dlsym(r.h, "dscal_"));
+    r.dger = reinterpret_cast<decltype(r.dger)>(dlsym(r.h, "dger_"));
+    return r;
+  }();
+  return b;
+}
+
+// dgetf2 as LAPACK writes it, every rank-one update one dger call.
+Lu textbook_getf2(Mat a) {
+  const Blas& b = library_blas();
+  const I m = a.m, n = a.n, k = std::min(m, n), one = 1;
+  Lu r{a, std::vector<I>(size_t(k)), 0};
+  double* x = r.a.data();
+  for (I j = 0; j < k; ++j) {
+    double* d = x + j + j * m;
+    const I len = m - j, p = j + b.idamax(&len, d, &one) - 1;
+    r.ipiv[size_t(j)] = p + 1;
+    if (x[p + j * m] != 0.0) {
+      if (p != j) b.dswap(&n, x + j, &m, x + p, &m);
+      const I below = m - j - 1;
+      if (std::fabs(*d) >= 0x1.0000000000001p-1022) {
+        const double s = 1.0 / *d;
+        b.dscal(&below, &s, d + 1, &one);
+      } else {
+        for (I i = 1; i < len; ++i) d[i] /= *d;
+      }
+    } else if (r.info == 0) {
+      r.info = j + 1;
+    }
+    if (j + 1 < k) {
+      const I rows = m - j - 1, cols = n - j - 1;
+      const double minus = -1.0;
+      b.dger(&rows, &cols, &minus, d + 1, &one, d + m, &m, d + m + 1, &m);
+    }
+  }
+  return r;
+}
+}  // namespace
+
+TEST(F07ad, PanelRoundsAsDgerBitForBit) {
+  // The panel does its rank-one updates itself, several columns at a time;
+  // the factors must be those of one dger call per column to the last bit,
+  // whatever the rows left over from the BLAS's vector blocks and wherever
+  // the pivots come from.
+  if (std::getenv("ZEB_BLAS_LIBRARY")) GTEST_SKIP() << "another BLAS chosen";
+  ASSERT_NE(library_blas().dger, nullptr) << dlerror();
+  std::mt19937_64 g(29);
+  std::uniform_real_distribution<double> u(-1.0, 1.0);
+  std::uniform_int_distribution<int> d(-2, 2);
+  int cases = 0;
+  for (I m : {1, 2, 15, 16, 17, 31, 40, 47, 64, 65, 100, 257})
+    for (I n : {1, 2, 7, 8, 9, 17, 37, 64, 70})
+      for (int kind = 0; kind < 4; ++kind) {
+        Mat a(m, n);
+        for (I j = 0; j < n; ++j)
+          for (I i = 0; i < m; ++i) {
+            const double w = double(i + 1) / double(m);
+            switch (kind) {
+              case 0: a(i, j) = d(g) != 0 ? 1.0 : 0.0; break;  // ties but for rounding
+              case 1: a(i, j) = u(g) * (1.0 + 3.0 * w); break;  // pivots from the last rows
+              case 2: a(i, j) = d(g) * (w > 0.8 ? 2.0 : 1.0); break;  // integers, exact ties
+              default:  // tiny pivots, divided instead of scaled, and a zero column
+                a(i, j) = j == n / 2 ? 0.0 : std::ldexp(u(g), -1040);
+            }
+          }
+        const Lu want = textbook_getf2(a);
+        Lu got{a, std::vector<I>(want.ipiv.size()), 0};
+        ZebEnData en;
+        y90haan_(&en);
+        f07adzn_(&en, &a.m, &a.n, got.a.data(), &a.m, got.ipiv.data(), &got.info);
+        EXPECT_EQ(got.info, want.info) << m << " by " << n << " kind " << kind;
+        EXPECT_EQ(got.ipiv, want.ipiv) << m << " by " << n << " kind " << kind;
+        EXPECT_EQ(std::memcmp(got.a.data(), want.a.v.data(), want.a.v.size() * sizeof(double)), 0)
+            << m << " by " << n << " kind " << kind;
+        ++cases;
+      }
+  EXPECT_EQ(cases, 12 * 9 * 4);
+}
+
 
 TEST(F07ad, ArgumentErrorsAndEmptyMatricesTouchNothing) {
   std::vector<double> a(16, 7.0);
