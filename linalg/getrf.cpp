@@ -85,13 +85,14 @@ void getf2_dger(I m, I n, double* a, I lda, I* ipiv, I* info) {
 // of an m-row panel therefore fuses rows k+1 .. f(k)-1, f(k) = k + 1 +
 // ((m - k - 1) & -16), and rows below m - 15 always.
 //
-// The panel goes kSteps columns at a time.  Those columns are factored step
-// by step as dger would; the columns to their right then take the swaps of
-// those steps and, from registers, the kSteps updates in their order, every
-// update fused.  That is exact but for the rows whose contents stood in the
-// unfused tail at some step (the tail itself and the rows exchanged with
-// it): those are redone one update at a time, each fused or not by where its
-// contents stood at that step.
+// The panel goes kSteps columns at a time.  Within a block each column,
+// before its pivot is chosen, takes the block's earlier steps; after the
+// block the columns to its right take all of them.  A column's swaps come
+// first, then its updates in step order from registers, every one fused:
+// each element sees the operations of dger in dger's order.  That is exact
+// but for the rows whose contents stood in the unfused tail at some step
+// (the tail itself and the rows exchanged with it): those are redone one
+// update at a time, each fused or not by where its contents stood then.
 //
 // Used when the processor has FMA and a probe of the BLAS's dger finds
 // that rounding; otherwise the panel calls dger.
@@ -105,24 +106,10 @@ ZEB_FMA inline double update(bool fused, double a, double u, double l) {
   return a + t;
 }
 
-// Step k on rows i0 .. m-1 of columns c0 .. c1-1, rows below f fused.
-ZEB_FMA void step(double* a, I lda, I k, I i0, I m, I f, I c0, I c1) {
-  const double* l = a + k * lda;
-  const I fe = std::max(i0, f);
-  for (I c = c0; c < c1; ++c) {
-    double* x = a + c * lda;
-    const double u = x[k];
-    const __m256d nu = _mm256_set1_pd(-u);
-    I i = i0;
-    for (; i + 4 <= fe; i += 4)
-      _mm256_storeu_pd(x + i, _mm256_fmadd_pd(nu, _mm256_loadu_pd(l + i), _mm256_loadu_pd(x + i)));
-    for (; i < fe; ++i) x[i] = std::fma(-u, l[i], x[i]);
-    for (; i < m; ++i) x[i] = update(false, x[i], u, l[i]);
-  }
-}
-
 // Steps k0 .. k1-1, in order and fused, on rows lo .. hi-1 of columns
-// c0 .. c1-1: eight rows of four columns at a time in registers.
+// c0 .. c1-1: eight rows of four columns, or sixteen rows of one, at a time
+// in registers.  (x - u l rounded once, as fnmadd computes it, is the fused
+// a + (-u) l of dger.)
 ZEB_FMA void steps(double* a, I lda, I k0, I k1, I lo, I hi, I c0, I c1) {
   I c = c0;
   for (; c + 4 <= c1; c += 4) {
@@ -139,18 +126,18 @@ ZEB_FMA void steps(double* a, I lda, I k0, I k1, I lo, I hi, I c0, I c1) {
       for (I k = k0; k < k1; ++k) {
         const double* l = a + k * lda + i;
         const __m256d l0 = _mm256_loadu_pd(l), l1 = _mm256_loadu_pd(l + 4);
-        __m256d u = _mm256_set1_pd(-x0[k]);
-        y00 = _mm256_fmadd_pd(u, l0, y00);
-        y01 = _mm256_fmadd_pd(u, l1, y01);
-        u = _mm256_set1_pd(-x1[k]);
-        y10 = _mm256_fmadd_pd(u, l0, y10);
-        y11 = _mm256_fmadd_pd(u, l1, y11);
-        u = _mm256_set1_pd(-x2[k]);
-        y20 = _mm256_fmadd_pd(u, l0, y20);
-        y21 = _mm256_fmadd_pd(u, l1, y21);
-        u = _mm256_set1_pd(-x3[k]);
-        y30 = _mm256_fmadd_pd(u, l0, y30);
-        y31 = _mm256_fmadd_pd(u, l1, y31);
+        __m256d u = _mm256_broadcast_sd(x0 + k);
+        y00 = _mm256_fnmadd_pd(u, l0, y00);
+        y01 = _mm256_fnmadd_pd(u, l1, y01);
+        u = _mm256_broadcast_sd(x1 + k);
+        y10 = _mm256_fnmadd_pd(u, l0, y10);
+        y11 = _mm256_fnmadd_pd(u, l1, y11);
+        u = _mm256_broadcast_sd(x2 + k);
+        y20 = _mm256_fnmadd_pd(u, l0, y20);
+        y21 = _mm256_fnmadd_pd(u, l1, y21);
+        u = _mm256_broadcast_sd(x3 + k);
+        y30 = _mm256_fnmadd_pd(u, l0, y30);
+        y31 = _mm256_fnmadd_pd(u, l1, y31);
       }
       _mm256_storeu_pd(x0 + i, y00);
       _mm256_storeu_pd(x0 + i + 4, y01);
@@ -167,13 +154,98 @@ ZEB_FMA void steps(double* a, I lda, I k0, I k1, I lo, I hi, I c0, I c1) {
   }
   for (; c < c1; ++c) {
     double* x = a + c * lda;
-    for (I k = k0; k < k1; ++k) {
-      const double* l = a + k * lda;
-      const __m256d nu = _mm256_set1_pd(-x[k]);
-      I i = lo;
-      for (; i + 4 <= hi; i += 4)
-        _mm256_storeu_pd(x + i, _mm256_fmadd_pd(nu, _mm256_loadu_pd(l + i), _mm256_loadu_pd(x + i)));
-      for (; i < hi; ++i) x[i] = std::fma(-x[k], l[i], x[i]);
+    I i = lo;
+    for (; i + 16 <= hi; i += 16) {
+      __m256d y0 = _mm256_loadu_pd(x + i), y1 = _mm256_loadu_pd(x + i + 4);
+      __m256d y2 = _mm256_loadu_pd(x + i + 8), y3 = _mm256_loadu_pd(x + i + 12);
+      for (I k = k0; k < k1; ++k) {
+        const double* l = a + k * lda + i;
+        const __m256d u = _mm256_broadcast_sd(x + k);
+        y0 = _mm256_fnmadd_pd(u, _mm256_loadu_pd(l), y0);
+        y1 = _mm256_fnmadd_pd(u, _mm256_loadu_pd(l + 4), y1);
+        y2 = _mm256_fnmadd_pd(u, _mm256_loadu_pd(l + 8), y2);
+        y3 = _mm256_fnmadd_pd(u, _mm256_loadu_pd(l + 12), y3);
+      }
+      _mm256_storeu_pd(x + i, y0);
+      _mm256_storeu_pd(x + i + 4, y1);
+      _mm256_storeu_pd(x + i + 8, y2);
+      _mm256_storeu_pd(x + i + 12, y3);
+    }
+    for (; i < hi; ++i)
+      for (I k = k0; k < k1; ++k) x[i] = std::fma(-x[k], a[i + k * lda], x[i]);
+  }
+}
+
+// Where dger's step k fuses: rows k+1 .. f(k)-1 of an m-row panel.
+inline I fused_end(I m, I k) { return k + 1 + ((m - k - 1) & ~I(15)); }
+
+struct Scratch {
+  std::vector<I> odd;                // rows redone one update at a time
+  std::vector<unsigned char> fused;  // per odd row and step
+  std::vector<double> saved;         // their values before the steps
+};
+
+// Steps k0 .. se-1 on columns c0 .. c1-1 of an m-row panel whose swaps of
+// steps k0 .. sw-1 they have already taken: rows k0+1 .. rb-1 (rows of U)
+// take the steps above them, rows rb .. m-1 all of them.
+ZEB_FMA void apply_steps(I m, double* a, I lda, const I* ipiv, I k0, I sw, I se, I rb, I c0,
+                         I c1, Scratch& w) {
+  if (se <= k0 || c0 >= c1) return;
+  const I ns = se - k0, tail = m - 15;
+  std::vector<I>& odd = w.odd;
+  odd.clear();
+  for (I k = k0; k < sw; ++k) {
+    const I p = ipiv[k] - 1;
+    if (p >= tail && p != k) {
+      odd.push_back(k);
+      odd.push_back(p);
+    }
+  }
+  for (I r = std::max(k0 + 1, tail); r < m; ++r) odd.push_back(r);
+  std::sort(odd.begin(), odd.end());
+  odd.erase(std::unique(odd.begin(), odd.end()), odd.end());
+  const I no = I(odd.size());
+  // Where each odd row's contents stood at each step: the swaps undone from
+  // the last.
+  w.fused.assign(size_t(no * ns), 1);
+  for (I t = 0; t < no; ++t) {
+    I q = odd[size_t(t)];
+    for (I k = sw - 1; k >= k0; --k) {
+      if (k < se) w.fused[size_t(t * ns + k - k0)] = q < fused_end(m, k);
+      const I p = ipiv[k] - 1;
+      q = q == k ? p : q == p ? k : q;
+    }
+  }
+  // The rows of U, in step order.
+  for (I c = c0; c < c1; ++c) {
+    double* x = a + c * lda;
+    I t = 0;
+    for (I r = k0 + 1; r < rb; ++r) {
+      while (t < no && odd[size_t(t)] < r) ++t;
+      const bool o = t < no && odd[size_t(t)] == r;
+      double v = x[r];
+      for (I k = k0; k < std::min(r, se); ++k)
+        v = update(!o || w.fused[size_t(t * ns + k - k0)], v, x[k], a[r + k * lda]);
+      x[r] = v;
+    }
+  }
+  // The rows below: all of them from registers, then the odd ones again
+  // from their saved values.
+  I t0 = 0;
+  while (t0 < no && odd[size_t(t0)] < rb) ++t0;
+  const I nc = c1 - c0;
+  w.saved.resize(size_t((no - t0) * nc));
+  for (I t = t0; t < no; ++t)
+    for (I c = 0; c < nc; ++c) w.saved[size_t((t - t0) * nc + c)] = a[odd[size_t(t)] + (c0 + c) * lda];
+  steps(a, lda, k0, se, rb, std::max(rb, tail), c0, c1);
+  for (I c = c0; c < c1; ++c) {
+    double* x = a + c * lda;
+    for (I t = t0; t < no; ++t) {
+      const I r = odd[size_t(t)];
+      const unsigned char* fu = &w.fused[size_t(t * ns)];
+      double v = w.saved[size_t((t - t0) * nc + c - c0)];
+      for (I k = k0; k < se; ++k) v = update(fu[k - k0], v, x[k], a[r + k * lda]);
+      x[r] = v;
     }
   }
 }
@@ -181,13 +253,12 @@ ZEB_FMA void steps(double* a, I lda, I k0, I k1, I lo, I hi, I c0, I c1) {
 ZEB_FMA void getf2_fma(I m, I n, double* a, I lda, I* ipiv, I* info) {
   const double sfmin = zeb::machine::kSafe;
   const I kk = std::min(m, n);
-  const auto f = [m](I k) { return k + 1 + ((m - k - 1) & ~I(15)); };
-  std::vector<I> odd;             // the rows redone one update at a time
-  std::vector<unsigned char> fused;  // per odd row and step
-  std::vector<double> saved;      // their values before the steps
+  Scratch w;
   for (I k0 = 0; k0 < kk; k0 += kSteps) {
     const I k1 = std::min(kk, k0 + kSteps);
     for (I k = k0; k < k1; ++k) {
+      // Column k takes the block's earlier steps, then gives its pivot.
+      apply_steps(m, a, lda, ipiv, k0, k, std::min(k, kk - 1), k, k, k + 1, w);
       double* akk = a + k + k * lda;
       const I p = k + zeb::blas::idamax(m - k, akk, 1) - 1;
       ipiv[k] = p + 1;
@@ -204,7 +275,6 @@ ZEB_FMA void getf2_fma(I m, I n, double* a, I lda, I* ipiv, I* info) {
       } else if (*info == 0) {
         *info = k + 1;
       }
-      if (k + 1 < kk) step(a, lda, k, k + 1, m, f(k), k + 1, k1);
     }
     for (I k = k0; k < k1; ++k) {
       const I p = ipiv[k] - 1;
@@ -212,65 +282,9 @@ ZEB_FMA void getf2_fma(I m, I n, double* a, I lda, I* ipiv, I* info) {
       for (I c = 0; c < k0; ++c) std::swap(a[k + c * lda], a[p + c * lda]);
       for (I c = k1; c < n; ++c) std::swap(a[k + c * lda], a[p + c * lda]);
     }
-    const I s1 = std::min(k1, kk - 1);  // the steps that update
-    if (k1 >= n || s1 <= k0) continue;
-    const I ns = s1 - k0, tail = m - 15;
-    odd.clear();
-    for (I k = k0; k < k1; ++k) {
-      const I p = ipiv[k] - 1;
-      if (p >= tail && p != k) {
-        odd.push_back(k);
-        odd.push_back(p);
-      }
-    }
-    for (I r = std::max(k0 + 1, tail); r < m; ++r) odd.push_back(r);
-    std::sort(odd.begin(), odd.end());
-    odd.erase(std::unique(odd.begin(), odd.end()), odd.end());
-    const I no = I(odd.size());
-    // Where each odd row's contents stood at each step: the swaps undone
-    // from the last.
-    fused.assign(size_t(no * ns), 1);
-    for (I t = 0; t < no; ++t) {
-      I q = odd[size_t(t)];
-      for (I k = k1 - 1; k >= k0; --k) {
-        if (k < s1) fused[size_t(t * ns + k - k0)] = q < f(k);
-        const I p = ipiv[k] - 1;
-        q = q == k ? p : q == p ? k : q;
-      }
-    }
-    // The rows of U, in step order.
-    for (I c = k1; c < n; ++c) {
-      double* x = a + c * lda;
-      I t = 0;
-      for (I r = k0 + 1; r < k1; ++r) {
-        while (t < no && odd[size_t(t)] < r) ++t;
-        const bool o = t < no && odd[size_t(t)] == r;
-        double v = x[r];
-        for (I k = k0; k < std::min(r, s1); ++k)
-          v = update(!o || fused[size_t(t * ns + k - k0)], v, x[k], a[r + k * lda]);
-        x[r] = v;
-      }
-    }
-    // The rows below: all of them from registers, then the odd ones again
-    // from their saved values.
-    I t0 = 0;
-    while (t0 < no && odd[size_t(t0)] < k1) ++t0;
-    const I nc = n - k1;
-    saved.resize(size_t((no - t0) * nc));
-    for (I t = t0; t < no; ++t)
-      for (I c = 0; c < nc; ++c)
-        saved[size_t((t - t0) * nc + c)] = a[odd[size_t(t)] + (k1 + c) * lda];
-    steps(a, lda, k0, s1, k1, std::max(k1, tail), k1, n);
-    for (I c = k1; c < n; ++c) {
-      double* x = a + c * lda;
-      for (I t = t0; t < no; ++t) {
-        const I r = odd[size_t(t)];
-        const unsigned char* fu = &fused[size_t(t * ns)];
-        double v = saved[size_t((t - t0) * nc + c - k1)];
-        for (I k = k0; k < s1; ++k) v = update(fu[k - k0], v, x[k], a[r + k * lda]);
-        x[r] = v;
-      }
-    }
+    // The columns to the right take the block's steps (those that update:
+    // dger runs while k + 1 < min(m, n)).
+    apply_steps(m, a, lda, ipiv, k0, k1, std::min(k1, kk - 1), k1, k1, n, w);
   }
 }
 
