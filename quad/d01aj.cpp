@@ -80,11 +80,13 @@ inline bool qk21(F& f, double a1, double b1, Rule& r) {
   // lives across a call of f; then the sums, in the same order as ever.
   double fv1[10], fv2[10], fc;
   if (!f(centr, fc)) return false;
+#pragma GCC unroll 5
   for (int j = 0; j < 5; ++j) {
     const int jtw = 2 * j + 1;
     const double absc = hlgth * kXgk[jtw];
     if (!f(centr - absc, fv1[jtw]) || !f(centr + absc, fv2[jtw])) return false;
   }
+#pragma GCC unroll 5
   for (int j = 0; j < 5; ++j) {
     const int jtwm1 = 2 * j;
     const double absc = hlgth * kXgk[jtwm1];
