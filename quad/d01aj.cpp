@@ -628,6 +628,7 @@ extern "C" void d01ajfn_(ZebEnData* en, D01ajMarshal marshal, zeb::RealFn1 fun,
   zeb::with_real1(
       marshal == d01ajf_internal_fh_, en, fun,
       [&](double x, double& fx) {
+        fx = 0.0;  // the traced shim shows the value before the call too
         return d01ajf_print_fh_(marshal, fun, en, &x, &fx, nullptr, nullptr);
       },
       [&](auto&& f) {

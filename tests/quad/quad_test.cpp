@@ -441,6 +441,11 @@ TEST(D01ajTrace, CallbacksPassTheTracedShim) {
   for (size_t p = 0; (p = o.out.find("d01ajfv:f", p)) != std::string::npos; ++p) ++calls;
   EXPECT_EQ(calls, 2u * 21u);
   EXPECT_NE(o.out.find("d01ajfv\n"), std::string::npos);
+  // Before each call the value shown is 0 (never what the stack held);
+  // after it, f(x) = x, never 0 at the rule's abscissae.
+  size_t zeros = 0;
+  for (size_t p = 0; (p = o.out.find("retval:    0.0\n", p)) != std::string::npos; ++p) ++zeros;
+  EXPECT_EQ(zeros, 21u);
 }
 
 }  // namespace
