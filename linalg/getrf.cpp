@@ -80,10 +80,12 @@ void getf2_dger(I m, I n, double* a, I lda, I* ipiv, I* info) {
 
 // The same factorisation with the rank-one updates done here, to the bit as
 // dger does them.  OpenBLAS's dger (x86-64) updates each column as an axpy
-// whose leading multiple of 16 rows are fused multiply-adds, a - u l rounded
-// once, and whose last rows are a product and a sum, rounded twice.  Step k
-// of an m-row panel therefore fuses rows k+1 .. f(k)-1, f(k) = k + 1 +
-// ((m - k - 1) & -16), and rows below m - 15 always.
+// of fused multiply-adds, a - u l rounded once; with its AVX2 kernels
+// (Haswell, Zen) only over the leading multiple of 16 rows, the last rows
+// being a product and a sum, rounded twice.  With B = 16 there (and B = 1
+// for the AVX-512 kernels, which fuse every row), step k of an m-row panel
+// fuses rows k+1 .. f(k)-1, f(k) = k + 1 + ((m - k - 1) & -B), and rows
+// below m - B + 1 always.
 //
 // The panel goes kSteps columns at a time.  Within a block each column,
 // before its pivot is chosen, takes the block's earlier steps; after the
@@ -94,8 +96,8 @@ void getf2_dger(I m, I n, double* a, I lda, I* ipiv, I* info) {
 // (the tail itself and the rows exchanged with it): those are redone one
 // update at a time, each fused or not by where its contents stood then.
 //
-// Used when the processor has FMA and a probe of the BLAS's dger finds
-// that rounding; otherwise the panel calls dger.
+// Used when the processor has FMA and a probe of the BLAS's dger finds one
+// of those roundings; otherwise the panel calls dger.
 constexpr I kSteps = 8;
 #define ZEB_FMA __attribute__((target("avx2,fma")))
 
@@ -177,9 +179,10 @@ ZEB_FMA void steps(double* a, I lda, I k0, I k1, I lo, I hi, I c0, I c1) {
 }
 
 // Where dger's step k fuses: rows k+1 .. f(k)-1 of an m-row panel.
-inline I fused_end(I m, I k) { return k + 1 + ((m - k - 1) & ~I(15)); }
+inline I fused_end(I m, I k, I b) { return k + 1 + ((m - k - 1) & -b); }
 
 struct Scratch {
+  I b = 16;                          // B above
   std::vector<I> odd;                // rows redone one update at a time
   std::vector<unsigned char> fused;  // per odd row and step
   std::vector<double> saved;         // their values before the steps
@@ -191,7 +194,7 @@ struct Scratch {
 ZEB_FMA void apply_steps(I m, double* a, I lda, const I* ipiv, I k0, I sw, I se, I rb, I c0,
                          I c1, Scratch& w) {
   if (se <= k0 || c0 >= c1) return;
-  const I ns = se - k0, tail = m - 15;
+  const I ns = se - k0, tail = m - w.b + 1;
   std::vector<I>& odd = w.odd;
   odd.clear();
   for (I k = k0; k < sw; ++k) {
@@ -211,7 +214,7 @@ ZEB_FMA void apply_steps(I m, double* a, I lda, const I* ipiv, I k0, I sw, I se,
   for (I t = 0; t < no; ++t) {
     I q = odd[size_t(t)];
     for (I k = sw - 1; k >= k0; --k) {
-      if (k < se) w.fused[size_t(t * ns + k - k0)] = q < fused_end(m, k);
+      if (k < se) w.fused[size_t(t * ns + k - k0)] = q < fused_end(m, k, w.b);
       const I p = ipiv[k] - 1;
       q = q == k ? p : q == p ? k : q;
     }
@@ -250,10 +253,11 @@ ZEB_FMA void apply_steps(I m, double* a, I lda, const I* ipiv, I k0, I sw, I se,
   }
 }
 
-ZEB_FMA void getf2_fma(I m, I n, double* a, I lda, I* ipiv, I* info) {
+ZEB_FMA void getf2_fma(I m, I n, double* a, I lda, I* ipiv, I* info, I b) {
   const double sfmin = zeb::machine::kSafe;
   const I kk = std::min(m, n);
   Scratch w;
+  w.b = b;
   for (I k0 = 0; k0 < kk; k0 += kSteps) {
     const I k1 = std::min(kk, k0 + kSteps);
     for (I k = k0; k < k1; ++k) {
@@ -290,27 +294,30 @@ ZEB_FMA void getf2_fma(I m, I n, double* a, I lda, I* ipiv, I* info) {
 
 #undef ZEB_FMA
 
-// Whether the BLAS's dger rounds as getf2_fma does: with x = y = 1 + 2^-30
-// and a = 1 + 2^-29, a - x y is -2^-60 fused and 0 otherwise.
-bool dger_as_getf2_fma() {
+// B for the BLAS's dger, or 0 when it rounds neither way: with x = y =
+// 1 + 2^-30 and a = 1 + 2^-29, a - x y is -2^-60 fused and 0 otherwise.
+I dger_fused_rows() {
   __builtin_cpu_init();
-  if (!__builtin_cpu_supports("avx2") || !__builtin_cpu_supports("fma")) return false;
+  if (!__builtin_cpu_supports("avx2") || !__builtin_cpu_supports("fma")) return 0;
   const double t = 1.0 + 0x1p-30, s = 1.0 + 0x1p-29;
   std::vector<double> a, x, y(3, t);
+  bool b1 = true, b16 = true;
   for (I m = 1; m <= 1000; m += m < 70 ? 1 : 93) {
     a.assign(size_t(3 * m), s);
     x.assign(size_t(m), t);
     zeb::blas::dger(m, 3, -1.0, x.data(), 1, y.data(), 1, a.data(), m);
-    for (I i = 0; i < 3 * m; ++i)
-      if (a[size_t(i)] != (i % m < (m & ~I(15)) ? -0x1p-60 : 0.0)) return false;
+    for (I i = 0; i < 3 * m; ++i) {
+      b1 = b1 && a[size_t(i)] == -0x1p-60;
+      b16 = b16 && a[size_t(i)] == (i % m < (m & -16) ? -0x1p-60 : 0.0);
+    }
   }
-  return true;
+  return b16 ? 16 : b1 ? 1 : 0;
 }
 
 void getf2(I m, I n, double* a, I lda, I* ipiv, I* info) {
-  static const bool fma = dger_as_getf2_fma();
-  if (fma && n > 1)
-    getf2_fma(m, n, a, lda, ipiv, info);
+  static const I b = dger_fused_rows();
+  if (b > 0 && n > 1)
+    getf2_fma(m, n, a, lda, ipiv, info, b);
   else
     getf2_dger(m, n, a, lda, ipiv, info);
 }
