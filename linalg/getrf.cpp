@@ -239,7 +239,8 @@ ZEB_FMA void apply_steps(I m, double* a, I lda, const I* ipiv, I k0, I sw, I se,
   const I nc = c1 - c0;
   w.saved.resize(size_t((no - t0) * nc));
   for (I t = t0; t < no; ++t)
-    for (I c = 0; c < nc; ++c) w.saved[size_t((t - t0) * nc + c)] = a[odd[size_t(t)] + (c0 + c) * lda];
+    for (I c = 0; c < nc; ++c)
+      w.saved[size_t((t - t0) * nc + c)] = a[odd[size_t(t)] + (c0 + c) * lda];
   steps(a, lda, k0, se, rb, std::max(rb, tail), c0, c1);
   for (I c = c0; c < c1; ++c) {
     double* x = a + c * lda;

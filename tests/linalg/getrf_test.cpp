@@ -417,6 +417,25 @@ TEST(Blas, LoadFailures) {
   EXPECT_NE(nosym.out.find("it does not provide dgemm_.\n"), std::string::npos) << nosym.out;
 }
 
+TEST(F07ad, PanelRoundsAsDgerUnderEitherCoreType) {
+  // OpenBLAS's AVX2 dger leaves the rows past the last multiple of 16 to a
+  // product and a sum, its AVX-512 dger fuses them all: the panel follows
+  // whichever the process loaded.
+  if (std::getenv("ZEB_BLAS_LIBRARY")) GTEST_SKIP() << "another BLAS chosen";
+  std::vector<const char*> cores = {"Haswell"};
+  __builtin_cpu_init();
+  if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512vl"))
+    cores.push_back("SkylakeX");
+  for (const char* core : cores) {
+    const auto r = zebtest::run("OPENBLAS_CORETYPE=" + std::string(core) +
+                                " ZEB_BLAS_VERBOSE=1 /proc/" + std::to_string(getpid()) +
+                                "/exe --gtest_filter=F07ad.PanelRoundsAsDgerBitForBit");
+    EXPECT_NE(r.err.find(std::string("core ") + core), std::string::npos) << r.err;
+    EXPECT_EQ(r.status, 0) << core << "\n" << r.out;
+    EXPECT_NE(r.out.find("[  PASSED  ] 1 test."), std::string::npos) << core << "\n" << r.out;
+  }
+}
+
 TEST(Blas, CoreTypeChoiceIsVisibleAndOverridable) {
   const auto user = child("OPENBLAS_CORETYPE=Haswell ZEB_BLAS_VERBOSE=1");
   EXPECT_NE(user.err.find("core Haswell; OPENBLAS_CORETYPE set by the user"), std::string::npos)
