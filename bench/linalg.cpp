@@ -4,11 +4,17 @@
 // of the factorisation alone (the copy of the matrix is not timed); the
 // GFLOP/s counters use 2/3 n^3 (LU) and 4/3 n^3 (QR).
 //
+// zeb_f07adzn/M/THREADS times the panel kernel alone on an M by 64 panel
+// (the block size of f07adf) against OpenBLAS's dgetf2 and reference
+// LAPACK's dgetf2 (one dger per column on the same BLAS: the arithmetic
+// f07adzn reproduces).
+//
 // zeb_f07adf_nb/N/THREADS/NB times f07adf with block size NB (through
 // ZEB_NB_F07ADFN), for tuning the block-size table of f07zazn; likewise
 // zeb_f08aef_nb for f08aef.  Run it with --benchmark_filter=_nb.
 #include <dlfcn.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -24,11 +30,15 @@ namespace {
 
 using I = int64_t;
 using getrf_t = void (*)(const I*, const I*, double*, const I*, I*, I*);
+
+extern "C" void f07adzn_(ZebEnData* en, const I* m, const I* n, double* a, const I* lda,
+                         I* ipiv, I* info);
 using geqrf_t = void (*)(const I*, const I*, double*, const I*, double*, double*, const I*, I*);
 
 struct Peers {
   void (*set_threads)(int) = nullptr;
   getrf_t openblas_getrf = nullptr, ref_getrf = nullptr;
+  getrf_t openblas_getf2 = nullptr, ref_getf2 = nullptr;
   geqrf_t openblas_geqrf = nullptr, ref_geqrf = nullptr;
 };
 
@@ -42,10 +52,12 @@ const Peers& peers() {
     if (void* h = dlopen("libopenblas64.so.0", flags)) {  // the same, already loaded
       q.set_threads = reinterpret_cast<void (*)(int)>(dlsym(h, "openblas_set_num_threads"));
       q.openblas_getrf = reinterpret_cast<getrf_t>(dlsym(h, "dgetrf_"));
+      q.openblas_getf2 = reinterpret_cast<getrf_t>(dlsym(h, "dgetf2_"));
       q.openblas_geqrf = reinterpret_cast<geqrf_t>(dlsym(h, "dgeqrf_"));
     }
     if (void* h = dlopen("/usr/lib/x86_64-linux-gnu/lapack64/liblapack64.so.3", flags)) {
       q.ref_getrf = reinterpret_cast<getrf_t>(dlsym(h, "dgetrf_"));
+      q.ref_getf2 = reinterpret_cast<getrf_t>(dlsym(h, "dgetf2_"));
       q.ref_geqrf = reinterpret_cast<geqrf_t>(dlsym(h, "dgeqrf_"));
     }
     return q;
@@ -100,6 +112,34 @@ void lu_with(benchmark::State& s, getrf_t getrf) {
 void zeb_f07adf(benchmark::State& s) { lu_with(s, f07adf_); }
 void openblas_dgetrf(benchmark::State& s) { lu_with(s, peers().openblas_getrf); }
 void reflapack_dgetrf(benchmark::State& s) { lu_with(s, peers().ref_getrf); }
+
+// The panel: the first 64 columns of the M by M test matrix.
+constexpr I kPanel = 64;
+void panel_with(benchmark::State& s, getrf_t getf2) {
+  if (!getf2) return s.SkipWithError("peer not available");
+  const I m = s.range(0);
+  if (peers().set_threads) peers().set_threads(int(s.range(1)));
+  const std::vector<double>& a0 = matrix(m);
+  std::vector<double> a(size_t(m * kPanel));
+  std::vector<I> ipiv(static_cast<size_t>(kPanel));
+  for (auto _ : s) {
+    std::copy(a0.begin(), a0.begin() + m * kPanel, a.begin());
+    const auto t0 = std::chrono::steady_clock::now();
+    I info;
+    getf2(&m, &kPanel, a.data(), &m, ipiv.data(), &info);
+    const auto t1 = std::chrono::steady_clock::now();
+    s.SetIterationTime(std::chrono::duration<double>(t1 - t0).count());
+  }
+}
+void zeb_f07adzn(benchmark::State& s) {
+  panel_with(s, [](const I* m, const I* n, double* a, const I* lda, I* ipiv, I* info) {
+    ZebEnData en;
+    y90haan_(&en);
+    f07adzn_(&en, m, n, a, lda, ipiv, info);
+  });
+}
+void openblas_dgetf2(benchmark::State& s) { panel_with(s, peers().openblas_getf2); }
+void reflapack_dgetf2(benchmark::State& s) { panel_with(s, peers().ref_getf2); }
 
 // Runs a benchmark with the block size of argument 2 set through `var`.
 template <class F>
@@ -189,7 +229,23 @@ int main(int argc, char** argv) {
           benchmark::RegisterBenchmark(name, fn)->Args({n, t})->UseManualTime()->Unit(
               benchmark::kMillisecond);
     }
+  const std::pair<const char*, Fn> panel[] = {{"zeb_f07adzn", zeb_f07adzn},
+                                              {"openblas_dgetf2", openblas_dgetf2},
+                                              {"reflapack_dgetf2", reflapack_dgetf2}};
+  for (int t : {1, 2})
+    for (int m : {500, 1000, 2000})
+      for (const auto& [name, fn] : panel)
+        benchmark::RegisterBenchmark(name, fn)->Args({m, t})->UseManualTime()->Unit(
+            benchmark::kMicrosecond);
   std::vector<zebbench::Pair> pairs;
+  for (int t : {1, 2})
+    for (int m : {500, 1000, 2000}) {
+      char buf[64];
+      std::snprintf(buf, sizeof buf, "/%d/%d/manual_time", m, t);
+      const std::string a = buf;
+      pairs.push_back({"zeb_f07adzn" + a, "openblas_dgetf2" + a});
+      pairs.push_back({"zeb_f07adzn" + a, "reflapack_dgetf2" + a});
+    }
   for (int t : {1, 2}) {
     for (int n : {500, 1000, 2000, 4000}) {
       char buf[64];
