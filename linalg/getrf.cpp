@@ -315,9 +315,13 @@ I dger_fused_rows() {
   return b16 ? 16 : b1 ? 1 : 0;
 }
 
+// With B = 16 the rows redone one at a time cost more than the kernels
+// save in panels of fewer rows than this.
+constexpr I kMinRows16 = 256;
+
 void getf2(I m, I n, double* a, I lda, I* ipiv, I* info) {
   static const I b = dger_fused_rows();
-  if (b > 0 && n > 1)
+  if (b > 0 && n > 1 && (b == 1 || m >= kMinRows16))
     getf2_fma(m, n, a, lda, ipiv, info, b);
   else
     getf2_dger(m, n, a, lda, ipiv, info);
