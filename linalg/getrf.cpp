@@ -17,25 +17,30 @@
 using zeb::blas::I;
 
 // Row interchanges: for k = k1 .. k2 (in reverse order when incx < 0), row
-// k of the n columns of A is swapped with row ipiv(k).  Columns are taken
-// in groups of 32 so that each group stays in cache.
+// k of the n columns of A is swapped with row ipiv(k).  A column at a time,
+// all its swaps in order, while the rows a column kAhead further on will
+// swap are fetched: in a large matrix each swap's rows come from memory,
+// and fetched so they arrive together instead of one after the other.
 ZEB_API void f07adyn_(const I* n, double* a, const I* lda, const I* k1, const I* k2,
                       const I* ipiv, const I* incx) {
   const I inc = *incx, ld = *lda;
-  if (inc == 0 || *n <= 0) return;
-  const I first = inc > 0 ? *k1 : *k2, last = inc > 0 ? *k2 : *k1, step = inc > 0 ? 1 : -1;
+  if (inc == 0 || *n <= 0 || *k2 < *k1) return;
+  const I first = inc > 0 ? *k1 : *k2, end = inc > 0 ? *k2 + 1 : *k1 - 1, step = inc > 0 ? 1 : -1;
   const I* p = inc > 0 ? ipiv + (*k1 - 1) * inc : ipiv + (1 - *k2) * inc;
-  constexpr I kGroup = 32;
-  for (I j0 = 0; j0 < *n; j0 += kGroup) {
-    const I j1 = std::min(*n, j0 + kGroup);
-    const I* q = p;
-    for (I i = first; i != last + step; i += step, q += inc) {
-      const I r = *q;
-      if (r == i) continue;
-      double* x = a + (i - 1) + j0 * ld;
-      double* y = a + (r - 1) + j0 * ld;
-      for (I j = j0; j < j1; ++j, x += ld, y += ld) std::swap(*x, *y);
+  constexpr I kAhead = 4;
+  for (I j = 0; j < *n; ++j) {
+    if (j + kAhead < *n) {
+      const double* c = a + (j + kAhead) * ld - 1;
+      const I* q = p;
+      for (I i = first; i != end; i += step, q += inc) {
+        __builtin_prefetch(c + i, 1);
+        __builtin_prefetch(c + *q, 1);
+      }
     }
+    double* c = a + j * ld - 1;
+    const I* q = p;
+    for (I i = first; i != end; i += step, q += inc)
+      if (*q != i) std::swap(c[i], c[*q]);
   }
 }
 
