@@ -396,13 +396,24 @@ extern "C" void f07adfn_(ZebEnData* en, const I* mp, const I* np, double* a, con
     }
   }
   // The interchanges of the later panels on the columns of L, left until
-  // now: a column at a time, whose rows stay in cache through all its swaps
-  // (done panel by panel across the columns they cost a pass over memory).
-  for (I c = 0; c < k; ++c) {
-    double* x = a + c * lda;
-    for (I i = (c / nb + 1) * nb; i < k; ++i) {
+  // now (done panel by panel across the columns they cost a pass over
+  // memory): up to four columns of a panel at a time, which stay in cache
+  // through all their swaps, while the next ones are fetched.
+  constexpr I kCols = 4;
+  const auto end = [&](I c0) { return std::min({k, c0 + kCols, (c0 / nb + 1) * nb}); };
+  const auto fetch = [&](I c0) {
+    for (I c = c0; c < end(c0); ++c)
+      for (I i = (c / nb + 1) * nb; i < m; i += 8) __builtin_prefetch(a + i + c * lda, 1);
+  };
+  fetch(0);
+  for (I c0 = 0, c1; c0 < k; c0 = c1) {
+    c1 = end(c0);
+    fetch(c1);
+    double* x = a + c0 * lda;
+    for (I i = (c0 / nb + 1) * nb; i < k; ++i) {
       const I r = ipiv[i] - 1;
-      if (r != i) std::swap(x[i], x[r]);
+      if (r != i)
+        for (I c = 0; c < c1 - c0; ++c) std::swap(x[i + c * lda], x[r + c * lda]);
     }
   }
 }
