@@ -30,17 +30,17 @@ ZEB_API void f07adyn_(const I* n, double* a, const I* lda, const I* k1, const I*
   constexpr I kAhead = 4;
   for (I j = 0; j < *n; ++j) {
     if (j + kAhead < *n) {
-      const double* c = a + (j + kAhead) * ld - 1;
+      const double* c = a + (j + kAhead) * ld;
       const I* q = p;
       for (I i = first; i != end; i += step, q += inc) {
-        __builtin_prefetch(c + i, 1);
-        __builtin_prefetch(c + *q, 1);
+        __builtin_prefetch(c + i - 1, 1);
+        __builtin_prefetch(c + *q - 1, 1);
       }
     }
-    double* c = a + j * ld - 1;
+    double* c = a + j * ld;
     const I* q = p;
     for (I i = first; i != end; i += step, q += inc)
-      if (*q != i) std::swap(c[i], c[*q]);
+      if (*q != i) std::swap(c[i - 1], c[*q - 1]);
   }
 }
 
@@ -89,8 +89,8 @@ void getf2_dger(I m, I n, double* a, I lda, I* ipiv, I* info) {
 // (Haswell, Zen) only over the leading multiple of 16 rows, the last rows
 // being a product and a sum, rounded twice.  With B = 16 there (and B = 1
 // for the AVX-512 kernels, which fuse every row), step k of an m-row panel
-// fuses rows k+1 .. f(k)-1, f(k) = k + 1 + ((m - k - 1) & -B), and rows
-// below m - B + 1 always.
+// fuses rows k+1 .. f(k)-1, f(k) = k + 1 + ((m - k - 1) & -B): at every
+// step all rows i < m - B + 1.
 //
 // The panel goes kSteps columns at a time.  Within a block each column,
 // before its pivot is chosen, takes the block's earlier steps; after the
