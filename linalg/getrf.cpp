@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <cstring>
 #include <vector>
 
 #include "frame/layers.hpp"
@@ -115,8 +117,7 @@ ZEB_FMA inline double update(bool fused, double a, double u, double l) {
 
 // Steps k0 .. k1-1, in order and fused, on rows lo .. hi-1 of columns
 // c0 .. c1-1: eight rows of four columns, or sixteen rows of one, at a time
-// in registers.  (x - u l rounded once, as fnmadd computes it, is the fused
-// a + (-u) l of dger.)
+// in registers, as dger's a + (-u) l.
 ZEB_FMA void steps(double* a, I lda, I k0, I k1, I lo, I hi, I c0, I c1) {
   I c = c0;
   for (; c + 4 <= c1; c += 4) {
@@ -133,18 +134,18 @@ ZEB_FMA void steps(double* a, I lda, I k0, I k1, I lo, I hi, I c0, I c1) {
       for (I k = k0; k < k1; ++k) {
         const double* l = a + k * lda + i;
         const __m256d l0 = _mm256_loadu_pd(l), l1 = _mm256_loadu_pd(l + 4);
-        __m256d u = _mm256_broadcast_sd(x0 + k);
-        y00 = _mm256_fnmadd_pd(u, l0, y00);
-        y01 = _mm256_fnmadd_pd(u, l1, y01);
-        u = _mm256_broadcast_sd(x1 + k);
-        y10 = _mm256_fnmadd_pd(u, l0, y10);
-        y11 = _mm256_fnmadd_pd(u, l1, y11);
-        u = _mm256_broadcast_sd(x2 + k);
-        y20 = _mm256_fnmadd_pd(u, l0, y20);
-        y21 = _mm256_fnmadd_pd(u, l1, y21);
-        u = _mm256_broadcast_sd(x3 + k);
-        y30 = _mm256_fnmadd_pd(u, l0, y30);
-        y31 = _mm256_fnmadd_pd(u, l1, y31);
+        __m256d u = _mm256_set1_pd(-x0[k]);
+        y00 = _mm256_fmadd_pd(u, l0, y00);
+        y01 = _mm256_fmadd_pd(u, l1, y01);
+        u = _mm256_set1_pd(-x1[k]);
+        y10 = _mm256_fmadd_pd(u, l0, y10);
+        y11 = _mm256_fmadd_pd(u, l1, y11);
+        u = _mm256_set1_pd(-x2[k]);
+        y20 = _mm256_fmadd_pd(u, l0, y20);
+        y21 = _mm256_fmadd_pd(u, l1, y21);
+        u = _mm256_set1_pd(-x3[k]);
+        y30 = _mm256_fmadd_pd(u, l0, y30);
+        y31 = _mm256_fmadd_pd(u, l1, y31);
       }
       _mm256_storeu_pd(x0 + i, y00);
       _mm256_storeu_pd(x0 + i + 4, y01);
@@ -167,11 +168,11 @@ ZEB_FMA void steps(double* a, I lda, I k0, I k1, I lo, I hi, I c0, I c1) {
       __m256d y2 = _mm256_loadu_pd(x + i + 8), y3 = _mm256_loadu_pd(x + i + 12);
       for (I k = k0; k < k1; ++k) {
         const double* l = a + k * lda + i;
-        const __m256d u = _mm256_broadcast_sd(x + k);
-        y0 = _mm256_fnmadd_pd(u, _mm256_loadu_pd(l), y0);
-        y1 = _mm256_fnmadd_pd(u, _mm256_loadu_pd(l + 4), y1);
-        y2 = _mm256_fnmadd_pd(u, _mm256_loadu_pd(l + 8), y2);
-        y3 = _mm256_fnmadd_pd(u, _mm256_loadu_pd(l + 12), y3);
+        const __m256d u = _mm256_set1_pd(-x[k]);
+        y0 = _mm256_fmadd_pd(u, _mm256_loadu_pd(l), y0);
+        y1 = _mm256_fmadd_pd(u, _mm256_loadu_pd(l + 4), y1);
+        y2 = _mm256_fmadd_pd(u, _mm256_loadu_pd(l + 8), y2);
+        y3 = _mm256_fmadd_pd(u, _mm256_loadu_pd(l + 12), y3);
       }
       _mm256_storeu_pd(x + i, y0);
       _mm256_storeu_pd(x + i + 4, y1);
@@ -317,7 +318,25 @@ I dger_fused_rows() {
       b16 = b16 && a[size_t(i)] == (i % m < (m & -16) ? -0x1p-60 : 0.0);
     }
   }
-  return b16 ? 16 : b1 ? 1 : 0;
+  const I b = b16 ? 16 : b1 ? 1 : 0;
+  if (b == 0) return 0;
+  // And whether this process's arithmetic is what it seems (an emulator may
+  // round fused operations twice, or give zeros other signs): a panel with
+  // zeros and its pivots from the last rows both ways, to the bit.
+  constexpr I m = 272, n = 24;
+  std::vector<double> p(size_t(m * n)), q;
+  std::uint64_t r = 0x9E3779B97F4A7C15u;
+  for (I i = 0; i < m * n; ++i) {
+    r = r * 6364136223846793005u + 1442695040888963407u;
+    const double v = (double(r >> 11) * 0x1p-53 - 0.5) * double(1 + (i % m) * 4 / m);
+    p[size_t(i)] = i % 3 == 1 ? 0.0 : v;
+  }
+  q = p;
+  std::vector<I> ip(static_cast<size_t>(n)), iq(static_cast<size_t>(n));
+  I info_p = 0, info_q = 0;
+  getf2_dger(m, n, p.data(), m, ip.data(), &info_p);
+  getf2_fma(m, n, q.data(), m, iq.data(), &info_q, b);
+  return ip == iq && std::memcmp(p.data(), q.data(), p.size() * sizeof(double)) == 0 ? b : 0;
 }
 
 // With B = 16 the rows redone one at a time cost more than the kernels
