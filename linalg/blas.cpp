@@ -170,7 +170,9 @@ ZEB_API void f06aazn_(ZebEnData* en, const char* srname, const int64_t* info,
 // machine shared with other work, so within some 10 percent):
 //   F07ADFN  64: panels factored column by column; n = 1000 and 2000, one
 //            and two threads: 48 and 64 alike within 2 percent, 32 slower
-//            at n = 2000, 96 slower by 3 to 7 percent;
+//            at n = 2000, 96 slower by 3 to 7 percent; again with the
+//            panel's own register kernels (two threads, Haswell and
+//            SkylakeX cores): 48 to 128 within 3 percent, 192 slower;
 //   F08AEFN, F08AFFN  32: 32 and 64 alike within the noise.
 // ZEB_NB_<NAME> in the environment (ZEB_NB_F07ADFN=96) replaces a value,
 // for tuning.
