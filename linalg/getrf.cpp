@@ -51,26 +51,32 @@ namespace {
 // The column-by-column factorisation of an m by n panel (arguments valid),
 // each rank-one update by the BLAS's dger.
 constexpr I kGroup = 8192;
+// Column j's pivot: ipiv(j), rows j and p exchanged over columns c0 ..
+// c1-1, the multipliers below the diagonal; info for the first zero pivot.
+void pivot_column(I m, double* a, I lda, I j, I c0, I c1, I* ipiv, I* info) {
+  double* ajj = a + j + j * lda;
+  const I p = j + zeb::blas::idamax(m - j, ajj, 1) - 1;
+  ipiv[j] = p + 1;
+  if (a[p + j * lda] != 0.0) {
+    if (p != j) zeb::blas::dswap(c1 - c0, a + j + c0 * lda, lda, a + p + c0 * lda, lda);
+    if (j + 1 < m) {
+      if (std::fabs(*ajj) >= zeb::machine::kSafe) {
+        zeb::blas::dscal(m - j - 1, 1.0 / *ajj, ajj + 1, 1);
+      } else {
+        for (I i = 1; i < m - j; ++i) ajj[i] /= *ajj;
+      }
+    }
+  } else if (*info == 0) {
+    *info = j + 1;
+  }
+}
+
 void getf2_dger(I m, I n, double* a, I lda, I* ipiv, I* info) {
-  const double sfmin = zeb::machine::kSafe;
   const I k = std::min(m, n);
   const bool group = zeb::blas::threads() != 1;
   for (I j = 0; j < k; ++j) {
     double* ajj = a + j + j * lda;
-    const I p = j + zeb::blas::idamax(m - j, ajj, 1) - 1;
-    ipiv[j] = p + 1;
-    if (a[p + j * lda] != 0.0) {
-      if (p != j) zeb::blas::dswap(n, a + j, lda, a + p, lda);
-      if (j + 1 < m) {
-        if (std::fabs(*ajj) >= sfmin) {
-          zeb::blas::dscal(m - j - 1, 1.0 / *ajj, ajj + 1, 1);
-        } else {
-          for (I i = 1; i < m - j; ++i) ajj[i] /= *ajj;
-        }
-      }
-    } else if (*info == 0) {
-      *info = j + 1;
-    }
+    pivot_column(m, a, lda, j, 0, n, ipiv, info);
     if (j + 1 < k) {
       // The rank-one update; for a BLAS that may run threads, in groups of
       // columns of at most kGroup elements: the same arithmetic for every
@@ -261,7 +267,6 @@ ZEB_FMA void apply_steps(I m, double* a, I lda, const I* ipiv, I k0, I sw, I se,
 }
 
 ZEB_FMA void getf2_fma(I m, I n, double* a, I lda, I* ipiv, I* info, I b) {
-  const double sfmin = zeb::machine::kSafe;
   const I kk = std::min(m, n);
   Scratch w;
   w.b = b;
@@ -270,22 +275,7 @@ ZEB_FMA void getf2_fma(I m, I n, double* a, I lda, I* ipiv, I* info, I b) {
     for (I k = k0; k < k1; ++k) {
       // Column k takes the block's earlier steps, then gives its pivot.
       apply_steps(m, a, lda, ipiv, k0, k, std::min(k, kk - 1), k, k, k + 1, w);
-      double* akk = a + k + k * lda;
-      const I p = k + zeb::blas::idamax(m - k, akk, 1) - 1;
-      ipiv[k] = p + 1;
-      if (a[p + k * lda] != 0.0) {
-        if (p != k)
-          for (I c = k0; c < k1; ++c) std::swap(a[k + c * lda], a[p + c * lda]);
-        if (k + 1 < m) {
-          if (std::fabs(*akk) >= sfmin) {
-            zeb::blas::dscal(m - k - 1, 1.0 / *akk, akk + 1, 1);
-          } else {
-            for (I i = 1; i < m - k; ++i) akk[i] /= *akk;
-          }
-        }
-      } else if (*info == 0) {
-        *info = k + 1;
-      }
+      pivot_column(m, a, lda, k, k0, k1, ipiv, info);
     }
     for (I k = k0; k < k1; ++k) {
       const I p = ipiv[k] - 1;
