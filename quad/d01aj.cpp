@@ -26,9 +26,8 @@
 
 namespace {
 
-// max and min as the classic codes write them (no library call).
+// max as the classic codes write it (no library call).
 inline double dmax(double a, double b) { return a > b ? a : b; }
-inline double dmin(double a, double b) { return a < b ? a : b; }
 
 constexpr double kEpmach = 0x1p-53;                 // 1.1102230246251565e-16
 constexpr double kUflow = 2.2250738585072014e-308;
