@@ -18,7 +18,6 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <map>
 #include <random>
 #include <string>
 #include <vector>
@@ -177,33 +176,6 @@ void nb_sweep(benchmark::internal::Benchmark* b) {
   b->UseManualTime()->Unit(benchmark::kMillisecond);
 }
 
-// On a machine shared with other work the wall-clock ratios of one run
-// swing widely; the ratios of process CPU time are steadier for one thread
-// (with several, OpenBLAS's waiting threads count too).  Both are printed.
-class CpuRatioReporter : public zebbench::RatioReporter {
- public:
-  explicit CpuRatioReporter(std::vector<zebbench::Pair> pairs)
-      : RatioReporter(pairs), pairs_(std::move(pairs)) {}
-  void ReportRuns(const std::vector<Run>& runs) override {
-    RatioReporter::ReportRuns(runs);
-    for (const Run& r : runs)
-      if (r.run_type == Run::RT_Iteration) cpu_[r.benchmark_name()] = r.GetAdjustedCPUTime();
-  }
-  void Finalize() override {
-    RatioReporter::Finalize();
-    std::printf("\n%-44s %-32s %10s\n", "library", "peer", "CPU ratio");
-    for (const zebbench::Pair& p : pairs_) {
-      auto a = cpu_.find(p.ours), b = cpu_.find(p.peer);
-      if (a != cpu_.end() && b != cpu_.end())
-        std::printf("%-44s %-32s %10.3f\n", p.ours.c_str(), p.peer.c_str(), a->second / b->second);
-    }
-  }
-
- private:
-  std::vector<zebbench::Pair> pairs_;
-  std::map<std::string, double> cpu_;
-};
-
 }  // namespace
 
 BENCHMARK(zeb_f07adf_nb)->Apply(nb_sweep);
@@ -258,10 +230,5 @@ int main(int argc, char** argv) {
       pairs.push_back({"zeb_f08aef" + a, "reflapack_dgeqrf" + a});
     }
   }
-  benchmark::Initialize(&argc, argv);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-  CpuRatioReporter reporter(std::move(pairs));
-  benchmark::RunSpecifiedBenchmarks(&reporter);
-  benchmark::Shutdown();
-  return 0;
+  return zebbench::run_with_ratios(argc, argv, std::move(pairs));
 }
