@@ -20,44 +20,50 @@ using Ipopt::Number;
 
 namespace {
 
-// minimise sum (x_i - 1)^2 + (sum x_i)^2: the Hessian is dense, so the
-// sparse solver factors one dense front with level-3 BLAS.  The minimum is
-// at x_i = 1 / (n + 1).
+// minimise sum (x_i - 1)^2 + (sum x_i)^2 in kN unknowns: the Hessian is
+// dense, so the sparse solver factors one dense front with level-3 BLAS.
+// The minimum is at x_i = 1 / (kN + 1).
+constexpr int kN = 400;
+double start(long i) { return 0.5 + 0.001 * double(i); }
+double value(long n, const double* x) {
+  double s = 0.0, q = 0.0;
+  for (long i = 0; i < n; ++i) s += x[i], q += (x[i] - 1.0) * (x[i] - 1.0);
+  return q + s * s;
+}
+void gradient(long n, const double* x, double* g) {
+  double s = 0.0;
+  for (long i = 0; i < n; ++i) s += x[i];
+  for (long i = 0; i < n; ++i) g[i] = 2.0 * (x[i] - 1.0) + 2.0 * s;
+}
+// Prints the step's line: its status and whether x is the minimum.
+bool report(const char* step, int status, bool ok_status, const std::vector<double>& x) {
+  double err = 0.0;
+  for (double v : x) err = std::max(err, std::fabs(v - 1.0 / (kN + 1)));
+  std::printf("%s %d max error %s\n", step, status, err < 1e-9 ? "< 1e-9" : "too large");
+  return ok_status && err < 1e-9 && x.size() == size_t(kN);
+}
+
 class DenseQuadratic : public Ipopt::TNLP {
  public:
-  explicit DenseQuadratic(Index n) : x_(size_t(n)), n_(n) {}
-  bool get_nlp_info(Index& n, Index& m, Index& nnz_jac, Index& nnz_h, IndexStyleEnum& style) override {
-    n = n_;
-    m = 0;
-    nnz_jac = 0;
-    nnz_h = n_ * (n_ + 1) / 2;
-    style = C_STYLE;
+  bool get_nlp_info(Index& n, Index& m, Index& nj, Index& nh, IndexStyleEnum& style) override {
+    n = kN, m = 0, nj = 0, nh = kN * (kN + 1) / 2, style = C_STYLE;
     return true;
   }
   bool get_bounds_info(Index n, Number* xl, Number* xu, Index, Number*, Number*) override {
-    for (Index i = 0; i < n; ++i) {
-      xl[i] = -1e19;
-      xu[i] = 1e19;
-    }
+    for (Index i = 0; i < n; ++i) xl[i] = -1e19, xu[i] = 1e19;
     return true;
   }
-  bool get_starting_point(Index n, bool, Number* x, bool, Number*, Number*, Index, bool, Number*) override {
-    for (Index i = 0; i < n; ++i) x[i] = 0.5 + 0.001 * i;
+  bool get_starting_point(Index n, bool, Number* x, bool, Number*, Number*, Index, bool,
+                          Number*) override {
+    for (Index i = 0; i < n; ++i) x[i] = start(i);
     return true;
   }
   bool eval_f(Index n, const Number* x, bool, Number& f) override {
-    double s = 0.0, q = 0.0;
-    for (Index i = 0; i < n; ++i) {
-      s += x[i];
-      q += (x[i] - 1.0) * (x[i] - 1.0);
-    }
-    f = q + s * s;
+    f = value(n, x);
     return true;
   }
   bool eval_grad_f(Index n, const Number* x, bool, Number* g) override {
-    double s = 0.0;
-    for (Index i = 0; i < n; ++i) s += x[i];
-    for (Index i = 0; i < n; ++i) g[i] = 2.0 * (x[i] - 1.0) + 2.0 * s;
+    gradient(n, x, g);
     return true;
   }
   bool eval_g(Index, const Number*, bool, Index, Number*) override { return true; }
@@ -66,54 +72,34 @@ class DenseQuadratic : public Ipopt::TNLP {
   }
   bool eval_h(Index n, const Number*, bool, Number obj, Index, const Number*, bool, Index,
               Index* r, Index* c, Number* v) override {
-    Index k = 0;
-    for (Index i = 0; i < n; ++i)
-      for (Index j = 0; j <= i; ++j, ++k) {
-        if (r) {
-          r[k] = i;
-          c[k] = j;
-        } else {
-          v[k] = obj * (i == j ? 4.0 : 2.0);
-        }
-      }
+    for (Index i = 0, k = 0; i < n; ++i)
+      for (Index j = 0; j <= i; ++j, ++k)
+        r ? void((r[k] = i, c[k] = j)) : void(v[k] = obj * (i == j ? 4.0 : 2.0));
     return true;
   }
   void finalize_solution(Ipopt::SolverReturn, Index n, const Number* x, const Number*,
                          const Number*, Index, const Number*, const Number*, Number,
                          const Ipopt::IpoptData*, Ipopt::IpoptCalculatedQuantities*) override {
-    x_.assign(x, x + n);
+    solution.assign(x, x + n);
   }
-  std::vector<double> x_;
-
- private:
-  Index n_;
+  std::vector<double> solution;
 };
 
 bool ipopt_step() {
-  const Index n = 400;
-  Ipopt::SmartPtr<DenseQuadratic> nlp = new DenseQuadratic(n);
+  Ipopt::SmartPtr<DenseQuadratic> nlp = new DenseQuadratic;
   Ipopt::SmartPtr<Ipopt::IpoptApplication> app = IpoptApplicationFactory();
   app->Options()->SetIntegerValue("print_level", 0);
   app->Options()->SetStringValue("sb", "yes");
   app->Options()->SetNumericValue("tol", 1e-12);
   if (app->Initialize() != Ipopt::Solve_Succeeded) return false;
   const Ipopt::ApplicationReturnStatus st = app->OptimizeTNLP(nlp);
-  double err = 0.0;
-  for (double x : nlp->x_) err = std::max(err, std::fabs(x - 1.0 / (n + 1)));
-  std::printf("ipopt status %d max error %s\n", int(st), err < 1e-9 ? "< 1e-9" : "too large");
-  return st == Ipopt::Solve_Succeeded && err < 1e-9 && nlp->x_.size() == size_t(n);
+  return report("ipopt status", int(st), st == Ipopt::Solve_Succeeded, nlp->solution);
 }
 
 // The same problem through e04stc: f is nonlinear, its Hessian dense.
-void qf(Integer n, const double x[], double* f, Integer*, Zeb_Comm*) {
-  double s = 0.0, q = 0.0;
-  for (Integer i = 0; i < n; ++i) s += x[i], q += (x[i] - 1.0) * (x[i] - 1.0);
-  *f = q + s * s;
-}
+void qf(Integer n, const double x[], double* f, Integer*, Zeb_Comm*) { *f = value(n, x); }
 void qg(Integer n, const double x[], Integer, double g[], Integer*, Zeb_Comm*) {
-  double s = 0.0;
-  for (Integer i = 0; i < n; ++i) s += x[i];
-  for (Integer i = 0; i < n; ++i) g[i] = 2.0 * (x[i] - 1.0) + 2.0 * s;
+  gradient(n, x, g);
 }
 void qh(Integer n, const double*, Integer, Integer, double, const double*, Integer,
         double h[], Integer*, Zeb_Comm*) {
@@ -123,32 +109,27 @@ void qh(Integer n, const double*, Integer, Integer, double, const double*, Integ
 }
 
 bool e04st_step() {
-  const Integer n = 400;
-  std::vector<Integer> idx(static_cast<size_t>(n)), irow, icol;
-  for (Integer i = 0; i < n; ++i) {
-    idx[size_t(i)] = i + 1;
-    for (Integer j = i; j < n; ++j) irow.push_back(i + 1), icol.push_back(j + 1);
+  std::vector<Integer> idx, irow, icol;
+  std::vector<double> x, rinfo(100), stats(100);
+  for (Integer i = 0; i < kN; ++i) {
+    idx.push_back(i + 1), x.push_back(start(i));
+    for (Integer j = i; j < kN; ++j) irow.push_back(i + 1), icol.push_back(j + 1);
   }
-  std::vector<double> x(static_cast<size_t>(n)), rinfo(100), stats(100);
-  for (Integer i = 0; i < n; ++i) x[size_t(i)] = 0.5 + 0.001 * double(i);
   void* h = nullptr;
   ZebError fail;
   ZEB_INIT_FAIL(fail);
-  e04rac(&h, n, &fail);
-  e04rgc(h, n, idx.data(), &fail);
+  e04rac(&h, kN, &fail);
+  e04rgc(h, kN, idx.data(), &fail);
   e04rlc(h, 0, Integer(irow.size()), irow.data(), icol.data(), &fail);
   e04zmc(h, "Print Level = 0", &fail);
   e04zmc(h, "Stop Tolerance 1 = 1e-12", &fail);
   Zeb_Comm comm{};
-  e04stc(h, qf, qg, nullptr, nullptr, qh, nullptr, n, x.data(), 0, nullptr, rinfo.data(),
+  e04stc(h, qf, qg, nullptr, nullptr, qh, nullptr, kN, x.data(), 0, nullptr, rinfo.data(),
          stats.data(), &comm, &fail);
   const int code = int(fail.code);
   if (code != NE_NOERROR) std::printf("%s\n", fail.message);
   e04rzc(&h, &fail);
-  double err = 0.0;
-  for (double v : x) err = std::max(err, std::fabs(v - 1.0 / (n + 1)));
-  std::printf("e04st code %d max error %s\n", code, err < 1e-9 ? "< 1e-9" : "too large");
-  return code == NE_NOERROR && err < 1e-9;
+  return report("e04st code", code, code == NE_NOERROR, x);
 }
 
 bool lu_step() {
@@ -185,18 +166,10 @@ bool lu_step() {
 }  // namespace
 
 int main(int argc, char** argv) {
-  const bool lu_first = argc > 1 && std::strcmp(argv[1], "lu-first") == 0;
+  // l: LU, i: Ipopt, e: e04st; every step runs, whatever the earlier ones gave.
+  const char* steps = argc > 1 && std::strcmp(argv[1], "lu-first") == 0 ? "liel" : "elie";
   bool ok = true;
-  if (lu_first) {
-    ok = lu_step() && ok;
-    ok = ipopt_step() && ok;
-    ok = e04st_step() && ok;
-    ok = lu_step() && ok;
-  } else {
-    ok = e04st_step() && ok;
-    ok = lu_step() && ok;
-    ok = ipopt_step() && ok;
-    ok = e04st_step() && ok;
-  }
+  for (const char* s = steps; *s; ++s)
+    ok = (*s == 'l' ? lu_step() : *s == 'i' ? ipopt_step() : e04st_step()) && ok;
   return ok ? 0 : 1;
 }
