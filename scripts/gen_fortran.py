@@ -19,15 +19,21 @@ folders (ZEB_ALL_CHAPTERS in CMakeLists.txt) it writes
     fortran/<name>.fi        the interfaces of <folder>/<name>.def
     fortran/zeb.f90          the module zeb: the abstract interfaces and the
                              .fi files
-    tests/fortran/calls.f90  a program that calls every entry through the
-                             module with variables of the kinds of its rows
+
+and, for the test fortran.calls, a program calls.f90 that calls every entry
+through the module with variables of the kinds of its rows (written where
+the test asks, never into the tree).
 
 Run from anywhere:
     python3 scripts/gen_fortran.py            write the files
     python3 scripts/gen_fortran.py --check    exit 1 if a file differs
+    python3 scripts/gen_fortran.py --calls DIR
+                                              the calling program of the
+                                              library's rows, into DIR
     python3 scripts/gen_fortran.py --defs F.def ... --out DIR
-                                              the same three files for the
-                                              given .def files alone, into DIR
+                                              the interface, module and
+                                              calling program of the given
+                                              .def files alone, into DIR
                                               (module zebtest), for tests
 """
 import argparse
@@ -456,7 +462,8 @@ def generate(def_paths, module, fi_dir, calls_dir):
         files[os.path.join(fi_dir, base + ".fi")] = fi_file(rel, heading, ent, fns)
     sources = "the .def files" if len(parsed) > 1 else parsed[0][1]
     files[os.path.join(fi_dir, module + ".f90")] = module_file(module, fi_names, fns, sources)
-    files[os.path.join(calls_dir, "calls.f90")] = calls_file(module, entries, fns, sources)
+    if calls_dir:
+        files[os.path.join(calls_dir, "calls.f90")] = calls_file(module, entries, fns, sources)
     return files
 
 
@@ -465,16 +472,23 @@ def main(argv):
     ap.add_argument("--check", action="store_true", help="compare, do not write")
     ap.add_argument("--defs", nargs="+", help="these .def files alone (with --out)")
     ap.add_argument("--out", help="the folder for the files of --defs")
+    ap.add_argument("--calls", help="write the library's calling program into this folder")
     args = ap.parse_args(argv)
     if bool(args.defs) != bool(args.out):
         ap.error("--defs and --out go together")
+    if args.calls and (args.defs or args.check):
+        ap.error("--calls goes alone")
     try:
+        fi_dir = os.path.join(ROOT, "fortran")
         if args.defs:
             out = os.path.abspath(args.out)
             files = generate([os.path.abspath(d) for d in args.defs], "zebtest", out, out)
+        elif args.calls:
+            out = os.path.abspath(args.calls)
+            files = {p: t for p, t in generate(library_defs(), "zeb", fi_dir, out).items()
+                     if p == os.path.join(out, "calls.f90")}
         else:
-            fi_dir = os.path.join(ROOT, "fortran")
-            files = generate(library_defs(), "zeb", fi_dir, os.path.join(ROOT, "tests", "fortran"))
+            files = generate(library_defs(), "zeb", fi_dir, None)
             # A .fi file that no .def file gives any more.
             for n in sorted(os.listdir(fi_dir)):
                 if n.endswith(".fi") and os.path.join(fi_dir, n) not in files:

@@ -30,7 +30,7 @@ ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 # (None: it writes its files itself), the files it gives (globs).
 GENERATORS = [
     ("scripts/gen_fortran.py", ".", None,
-     ["fortran/*.fi", "fortran/zeb.f90", "tests/fortran/calls.f90"]),
+     ["fortran/*.fi", "fortran/zeb.f90"]),
     ("special/gen_gamma_coeffs.py", ".", None, ["special/gamma_coeffs.inc"]),
     ("random/gen_wh1_table.py", "random", "random/wh1_table.inc", ["random/wh1_table.inc"]),
     ("random/gen_mt_jumps.py", "random", "random/mt_jumps.inc", ["random/mt_jumps.inc"]),

@@ -2,8 +2,9 @@
 # The Fortran interface against its argument rows, compiled with warnings as
 # errors; the programs are never run.
 #   check.sh calls FC WORK MODDIR LIBDIR
-#       tests/fortran/calls.f90, which calls every entry through the module
-#       zeb in MODDIR, compiled and linked with the library in LIBDIR
+#       a program that calls every entry through the module zeb in MODDIR,
+#       written into WORK by scripts/gen_fortran.py from the library's rows,
+#       compiled and linked with the library in LIBDIR
 #   check.sh kinds FC WORK
 #       the interface and calling program of tests/frame/kinds.def (a row of
 #       every kind), written into WORK by scripts/gen_fortran.py, compiled
@@ -15,7 +16,8 @@ mkdir -p "$work"
 cd "$work"
 case $mode in
   calls)
-    "$fc" -Wall -Werror -I"$4" "$here/calls.f90" -L"$5" -lzeb -o calls ;;
+    "$here/../../scripts/gen_fortran.py" --calls .
+    "$fc" -Wall -Werror -I"$4" calls.f90 -L"$5" -lzeb -o calls ;;
   kinds)
     "$here/../../scripts/gen_fortran.py" --defs "$here/../frame/kinds.def" --out .
     "$fc" -Wall -Werror -c zebtest.f90
