@@ -428,7 +428,7 @@ inline void with_real1(bool internal, ZebEnData* en, RealFn1 f, Shim&& shim, Bod
   if (!internal || en->direct_call != 1) {
     body(through_shims);
   } else if (en->host_function == nullptr) {
-    body([&](double x, double& fx) {
+    body([&through_shims, f, en](double x, double& fx) {
       if (__builtin_expect(trace::on(), 0)) return through_shims(x, fx);
       fx = f(&x);
       return en->user_stop == 0;
@@ -436,7 +436,7 @@ inline void with_real1(bool internal, ZebEnData* en, RealFn1 f, Shim&& shim, Bod
   } else {
     const RealFnC cf = reinterpret_cast<RealFnC>(en->host_function);
     Zeb_Comm* const comm = static_cast<Zeb_Comm*>(en->host_handle1);
-    body([&, cf, comm](double x, double& fx) {
+    body([&through_shims, cf, comm, en](double x, double& fx) {
       if (__builtin_expect(trace::on(), 0)) return through_shims(x, fx);
       fx = cf(x, comm);
       if (__builtin_expect(comm->flag < 0, 0)) en->user_stop = comm->flag;

@@ -68,9 +68,16 @@ struct Rule {
 };
 
 // The rule on [a1, b1].  `f(x, fx)` returns false when the user asked to
-// stop; the rule then returns false at once.
+// stop; the rule then returns false at once.  The sums read the values one
+// at a time: a vector load of two values that were just stored one by one
+// waits until both stores have retired.
+#if defined(__GNUC__) && !defined(__clang__)
+#define ZEB_SCALAR_SUMS __attribute__((optimize("no-tree-slp-vectorize", "no-tree-loop-vectorize")))
+#else
+#define ZEB_SCALAR_SUMS
+#endif
 template <class F>
-inline bool qk21(F& f, double a1, double b1, Rule& r) {
+ZEB_SCALAR_SUMS inline bool qk21(F& f, double a1, double b1, Rule& r) {
   const double centr = 0.5 * (a1 + b1);
   const double hlgth = 0.5 * (b1 - a1);
   const double dhlgth = std::fabs(hlgth);
