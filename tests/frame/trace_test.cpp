@@ -24,28 +24,20 @@ struct TraceOn {
 
 std::string sep() { return std::string(75, '-'); }  // an empty line is a record of one blank
 
-TEST(Trace, OffByDefaultAndWritesNothing) {
-  int64_t get = 0, value = 5;
+TEST(Trace, OffByDefaultOnItWritesEveryArgumentBeforeAndAfter) {
+  int64_t get = 0, value = 5, ifail = 1;
   y90gczn_(&get, &value);
   EXPECT_EQ(value, 0);
-  const std::string out = zebtest::capture_stdout([] {
-    double x = 2.5;
-    int64_t ifail = 1;
-    EXPECT_NEAR(s14aaf_(&x, &ifail), 1.3293403881791370, 1e-15);
-  });
-  EXPECT_EQ(out, "");
-}
-
-TEST(Trace, TracedEntryWritesEveryArgumentBeforeAndAfter) {
+  double x = 2.5, gx = 0.0;
+  EXPECT_EQ(zebtest::capture_stdout([&] { gx = s14aaf_(&x, &ifail); }), "");
+  EXPECT_NEAR(gx, 1.3293403881791370, 1e-15);  // Gamma(5/2) = 3 sqrt(pi) / 4
   std::string out;
   {
     TraceOn on;
-    out = zebtest::capture_stdout([] {
-      double x = 3.0;
-      int64_t ifail = 1;
-      EXPECT_NEAR(s14aaf_(&x, &ifail), 2.0, 1e-15);
-    });
+    x = 3.0, ifail = 1;
+    out = zebtest::capture_stdout([&] { gx = s14aaf_(&x, &ifail); });
   }
+  EXPECT_NEAR(gx, 2.0, 1e-15);
   const std::string block_in = " \n" + sep() + "\ns14aafv\nOn entry:\n" +
                                "en_data:    direct call = 1, callback status = 0\n" +
                                "x:    3.0\ngx:    0.0\n";
@@ -131,21 +123,15 @@ TEST(Records, MarshallingShimRetriesADeferredCallOnce) {
 }
 
 TEST(Units, GetAndSetOfTheAdvisoryUnits) {
-  int64_t get = 0, set = 1, other = 3, v = 11;
-  x04abf_(&other, &v);  // any other iflag: no effect
-  x04abf_(&get, &v);
-  EXPECT_EQ(v, 6);
-  v = 11;
-  x04abf_(&set, &v);
-  v = 0;
-  x04abf_(&get, &v);
-  EXPECT_EQ(v, 11);
-  v = 6;
-  x04abf_(&set, &v);
-  v = 11;
-  x04aaf_f(&set, &v);
-  x04aaf_f(&get, &v);
-  EXPECT_EQ(v, 6) << "the C side's error unit is always standard output";
+  const auto abf = [](int64_t flag, int64_t v) { x04abf_(&flag, &v); return v; };
+  const auto aaf_c = [](int64_t flag, int64_t v) { x04aaf_f(&flag, &v); return v; };
+  abf(3, 11);  // any other iflag: no effect
+  EXPECT_EQ(abf(0, -5), 6);
+  abf(1, 11);
+  EXPECT_EQ(abf(0, -5), 11);
+  abf(1, 6);
+  aaf_c(1, 11);
+  EXPECT_EQ(aaf_c(0, -5), 6) << "the C side's error unit is always standard output";
 }
 
 uint64_t bits(double d) {

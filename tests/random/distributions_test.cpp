@@ -180,6 +180,7 @@ TEST(Distributions, ContinuousFitTheirDistributionFunctions) {
       {"von Mises 1e4", real_draws(g05srf_, 1e4), [](double x) { return von_mises_cdf(1e4, x); }, 0, kNaN},
       {"Weibull 2 1", real_draws(g05ssf_, 2.0, 1.0), cdf_of(bm::weibull_distribution<>(2, 1)), std::sqrt(pi) / 2, 1 - pi / 4},
       {"Weibull 0.5 3", real_draws(g05ssf_, 0.5, 3.0), cdf_of(bm::weibull_distribution<>(0.5, 3)), 6, 9 * 20},
+      {"normal 3 0.25", real_draws(g05skf_, 3.0, 0.25), cdf_of(bm::normal_distribution<>(3, 0.5)), 3, 0.25},
   };
   int64_t seed = 1;
   for (const auto& f : fits) expect_fit(f, 3 + seed % 4, seed), ++seed;

@@ -11,12 +11,6 @@ namespace {
 
 const int64_t kLength[7] = {0, 17, 21, 1260, 29, 34, 61};
 
-ZebError quiet() {
-  ZebError f;
-  ZEB_INIT_FAIL(f);
-  return f;
-}
-
 // A Mersenne Twister state of 633 words (seed 7): enough to draw, too short
 // to skip ahead.
 State short_mt() {
@@ -25,21 +19,6 @@ State short_mt() {
   ok(g05kff_, &genid, &subid, &seed, &lseed, s.data(), &lstate);
   return s;
 }
-
-// A failure through the C entry: its errnum (0: not checked) and text.
-struct CFail {
-  std::function<void(ZebError*)> call;
-  Integer errnum;
-  const char* message;
-};
-
-// A failure through the Fortran entry with ifail = -1: the ifail returned
-// and the lines printed.
-struct FFail {
-  std::function<void(int64_t*)> call;
-  int64_t ifail;
-  const char* lines;
-};
 
 }  // namespace
 
@@ -107,68 +86,64 @@ TEST(Failures, CTexts) {
   Integer st[1260], seed = 5, seed0 = 0;
   double x[4] = {5, 5, 5, 5};
   const char* corrupt = "NE_INVALID_STATE:\n  On entry, state vector has been corrupted or not initialized.";
-  const std::vector<CFail> rows = {
-      {[&](ZebError* f) { Integer l = 17; g05kfc(Zeb_BaseRNG(99), 0, &seed, 1, st, &l, f); }, 0,
-       "NE_BAD_PARAM:\n  On entry, parameter genid had an illegal value."},
-      {[&](ZebError* f) { Integer l = 34; g05kfc(Zeb_ACORN, 1000000, &seed, 1, st, &l, f); }, 2,
+  const struct {
+    std::function<void(ZebError*)> call;
+    Integer errnum;  // 0: not checked
+    const char* message;
+  } rows[] = {
+#define C(call) [&](ZebError* f) { Integer l = 17; (void)l; call; }
+      {C(l = 34; g05kfc(Zeb_ACORN, 1000000, &seed, 1, st, &l, f)), 2,
        "NE_INT:\n  On entry, subid = 1000000.\n  Constraint: subid <= 999999 when genid = 5."},
-      {[&](ZebError* f) { Integer l = 17; g05kfc(Zeb_Basic, 0, &seed0, 1, st, &l, f); }, 3,
-       "NE_INT_ARRAY:\n  On entry, invalid seed."},
-      {[&](ZebError* f) { Integer l = 17; g05kfc(Zeb_Basic, 0, &seed, 0, st, &l, f); }, 4,
+      {C(g05kfc(Zeb_Basic, 0, &seed0, 1, st, &l, f)), 3, "NE_INT_ARRAY:\n  On entry, invalid seed."},
+      {C(g05kfc(Zeb_Basic, 0, &seed, 0, st, &l, f)), 4,
        "NE_INT:\n  On entry, lseed = 0.\n  Constraint: lseed >= 1."},
-      {[&](ZebError* f) { Integer l = 17; g05kfc(Zeb_Basic, 0, nullptr, 1, st, &l, f); }, 0,
+      {C(g05kfc(Zeb_Basic, 0, nullptr, 1, st, &l, f)), 0,
        "NE_BAD_PARAM:\n  On entry, parameter seed had an illegal value."},
-      {[&](ZebError* f) { Integer l = 632; g05kfc(Zeb_MersenneTwister, 0, &seed, 1, st, &l, f); }, 6,
+      {C(l = 632; g05kfc(Zeb_MersenneTwister, 0, &seed, 1, st, &l, f)), 6,
        "NE_INT:\n  On entry, lstate = 632.\n  Constraint: lstate <= 0 or lstate >= 633."},
-      {[&](ZebError* f) { Integer l = 20; g05kgc(Zeb_WichmannHill_I, 0, st, &l, f); }, 4,
+      {C(l = 20; g05kgc(Zeb_WichmannHill_I, 0, st, &l, f)), 4,
        "NE_INT:\n  On entry, lstate = 20.\n  Constraint: lstate <= 0 or lstate >= 21."},
-      {[&](ZebError* f) { g05kjc(10, sh.data(), f); }, 4,
+      {C(g05kjc(10, sh.data(), f)), 4,
        "NE_ARRAY_SIZE:\n  On entry, the base generator is Mersenne Twister, but\n"
        "  the state vector defined on initialization is not large enough\n"
        "  to perform a skip ahead. See the initialization function zeb_rand_init_repeatable "
        "(g05kfc) or zeb_rand_init_nonrepeatable (g05kgc)."},
-      {[&](ZebError* f) { g05kkc(3, sh.data(), f); }, 4,
+      {C(g05kkc(3, sh.data(), f)), 4,
        "NE_ARRAY_SIZE:\n  On entry, the state vector defined on initialization is not large\n"
        "  enough to perform a skip-ahead (applies to Mersenne Twister base generator).\n"
        "  See the initialization function zeb_rand_init_repeatable (g05kfc) or "
        "zeb_rand_init_nonrepeatable (g05kgc)."},
-      {[&](ZebError* f) { g05sac(4, bad.data(), x, f); }, 2, corrupt},
-      {[&](ZebError* f) { g05sac(4, tiny.data(), x, f); }, 4, corrupt},
-      {[&](ZebError* f) { g05sac(1, three.data(), x, f); }, 0, corrupt},
-      {[&](ZebError* f) { g05sac(4, regenid.data(), x, f); }, 0, corrupt},
-      {[&](ZebError* f) { g05skc(4, 0.0, 1.0, bad.data(), x, f); }, 4, corrupt},
-      {[&](ZebError* f) { g05skc(4, 0.0, 1.0, tiny.data(), x, f); }, 6, corrupt},
-      {[&](ZebError* f) { g05kjc(4, bad.data(), f); }, 1, corrupt},
-      {[&](ZebError* f) { g05kkc(4, bad.data(), f); }, 1, corrupt},
-      {[&](ZebError* f) { g05khc(4, 1, bad.data(), f); }, 1, corrupt},
-      {[&](ZebError* f) { g05khc(3, 1, acorn.data(), f); }, 4,
+      {C(g05sac(4, bad.data(), x, f)), 2, corrupt},
+      {C(g05sac(4, tiny.data(), x, f)), 4, corrupt},
+      {C(g05sac(1, three.data(), x, f)), 0, corrupt},
+      {C(g05sac(4, regenid.data(), x, f)), 0, corrupt},
+      {C(g05skc(4, 0.0, 1.0, bad.data(), x, f)), 4, corrupt},
+      {C(g05skc(4, 0.0, 1.0, tiny.data(), x, f)), 6, corrupt},
+      {C(g05kjc(4, bad.data(), f)), 1, corrupt},
+      {C(g05kkc(4, bad.data(), f)), 1, corrupt},
+      {C(g05khc(4, 1, bad.data(), f)), 1, corrupt},
+      {C(g05khc(3, 1, acorn.data(), f)), 4,
        "NE_INT_ARRAY:\n  On entry, cannot use leap-frog with the base generator defined by state."},
-      {[&](ZebError* f) { g05khc(3, 4, b.data(), f); }, 3,
-       "NE_INT_2:\n  On entry, k = 4 and n = 3.\n  Constraint: 1 <= k <= n."},
-      {[&](ZebError* f) { g05khc(0, 1, b.data(), f); }, 2,
-       "NE_INT:\n  On entry, n = 0.\n  Constraint: n >= 1."},
-      {[&](ZebError* f) { g05kjc(-1, b.data(), f); }, 2,
-       "NE_INT:\n  On entry, n = -1.\n  Constraint: n >= 0."},
-      {[&](ZebError* f) { g05kkc(-2, b.data(), f); }, 2,
-       "NE_INT:\n  On entry, e = -2.\n  Constraint: e >= 0."},
-      {[&](ZebError* f) { g05khc(int64_t(1) << 31, 1, mt.data(), f); }, 5,
+      {C(g05khc(3, 4, b.data(), f)), 3, "NE_INT_2:\n  On entry, k = 4 and n = 3.\n  Constraint: 1 <= k <= n."},
+      {C(g05khc(0, 1, b.data(), f)), 2, "NE_INT:\n  On entry, n = 0.\n  Constraint: n >= 1."},
+      {C(g05kjc(-1, b.data(), f)), 2, "NE_INT:\n  On entry, n = -1.\n  Constraint: n >= 0."},
+      {C(g05kkc(-2, b.data(), f)), 2, "NE_INT:\n  On entry, e = -2.\n  Constraint: e >= 0."},
+      {C(g05khc(int64_t(1) << 31, 1, mt.data(), f)), 5,
        "NE_INT_2:\n  On entry, n = 2147483648, and state is already one of 4294967296 "
        "leap-frog streams.\n  Constraint: the product of the two numbers of streams must "
        "not exceed\n  9223372036854775807."},
-      {[&](ZebError* f) { g05kjc(0, nullptr, f); }, 0,
-       "NE_BAD_PARAM:\n  On entry, parameter state had an illegal value."},
-      {[&](ZebError* f) { g05sac(-1, b.data(), x, f); }, 1,
-       "NE_INT:\n  On entry, n = -1.\n  Constraint: n >= 0."},
-      {[&](ZebError* f) { g05skc(3, 1.0, -1.0, b.data(), x, f); }, 3,
+      {C(g05kjc(0, nullptr, f)), 0, "NE_BAD_PARAM:\n  On entry, parameter state had an illegal value."},
+      {C(g05sac(-1, b.data(), x, f)), 1, "NE_INT:\n  On entry, n = -1.\n  Constraint: n >= 0."},
+      {C(g05skc(3, 1.0, -1.0, b.data(), x, f)), 3,
        "NE_REAL:\n  On entry, var = -1.0.\n  Constraint: var >= 0.0."},
-      {[&](ZebError* f) { g05skc(-3, 1.0, 1.0, b.data(), x, f); }, 1,
-       "NE_INT:\n  On entry, n = -3.\n  Constraint: n >= 0."},
+      {C(g05skc(-3, 1.0, 1.0, b.data(), x, f)), 1, "NE_INT:\n  On entry, n = -3.\n  Constraint: n >= 0."},
+#undef C
   };
-  for (size_t i = 0; i < rows.size(); ++i) {
+  for (const auto& row : rows) {
     ZebError f = quiet();
-    rows[i].call(&f);
-    if (rows[i].errnum) { EXPECT_EQ(f.errnum, rows[i].errnum) << "row " << i; }
-    EXPECT_STREQ(f.message, rows[i].message) << "row " << i;
+    row.call(&f);
+    if (row.errnum) { EXPECT_EQ(f.errnum, row.errnum) << row.message; }
+    EXPECT_STREQ(f.message, row.message);
   }
   EXPECT_EQ(b, before);
   EXPECT_EQ(bad, bad_before);
@@ -188,7 +163,11 @@ TEST(Failures, FortranTexts) {
   State st(1260), sh = short_mt(), bad = make(1, {3});
   bad[16] = 0;
   const State bad_before = bad;
-  const std::vector<FFail> rows = {
+  const struct {
+    std::function<void(int64_t*)> call;
+    int64_t ifail;
+    const char* lines;
+  } rows[] = {
       {[&](int64_t* i) { g05kff_(&genid, &subid, &seed, &lseed, st.data(), &l633, i); }, 1,
        " ** On entry, genid = 7\n ** Constraint: genid = 1, 2, 3, 4, 5 or 6.\n"},
       {[&](int64_t* i) { g05kff_(&one, &subid, &seed, &lseed, nullptr, &q, i); }, -1,
@@ -208,11 +187,11 @@ TEST(Failures, FortranTexts) {
       {[&](int64_t* i) { g05skf_(&n, &mu, &var, sh.data(), x, i); }, 3,
        " ** On entry, var = -2.0\n ** Constraint: var >= 0.0.\n"},
   };
-  for (size_t r = 0; r < rows.size(); ++r) {
+  for (const auto& row : rows) {
     int64_t ifail = -1;
-    const std::string out = zebtest::capture_stdout([&] { rows[r].call(&ifail); });
-    EXPECT_EQ(ifail, rows[r].ifail) << "row " << r << "\n" << out;
-    EXPECT_NE(out.find(rows[r].lines), std::string::npos) << "row " << r << "\n" << out;
+    const std::string out = zebtest::capture_stdout([&] { row.call(&ifail); });
+    EXPECT_EQ(ifail, row.ifail) << out;
+    EXPECT_NE(out.find(row.lines), std::string::npos) << out;
   }
   EXPECT_EQ(bad, bad_before);
 }

@@ -24,6 +24,13 @@ void ok(F entry, A... args) {
   EXPECT_EQ(ifail, 0);
 }
 
+// A fail structure for a C entry, the default (quiet) way.
+inline ZebError quiet() {
+  ZebError f;
+  ZEB_INIT_FAIL(f);
+  return f;
+}
+
 // A state for genid from the given seed values (subid 0 unless given).
 inline State make(int64_t genid, std::vector<int64_t> seed, int64_t subid = 0) {
   int64_t lseed = int64_t(seed.size()), lstate = 0, ifail = 1;

@@ -55,21 +55,16 @@ TEST(Normal, ZeroVarianceAndHalfGiveTheMean) {
   EXPECT_EQ(normal(s, -1.25, 4.0), -1.25);
 }
 
-// g05sk draws exactly n uniforms, so a following g05sa matches a g05sa
-// after skipping n; mean and variance are those asked for.
+// g05sk draws exactly one uniform per deviate, whatever the generator (its
+// distribution: distributions_test).
 TEST(Normal, DrawsOneUniformPerDeviate) {
   for (const Case& c : all_generators()) {
     State a = make(c), b = a;
-    std::vector<double> z(100000);
+    std::vector<double> z(1001);
     int64_t n = int64_t(z.size());
     const double mu = 3.0, var = 0.25;
     ok(g05skf_, &n, &mu, &var, a.data(), z.data());
     skip(b, n);
     EXPECT_EQ(draw(a, 10), draw(b, 10)) << c.name;
-    double m = 0.0, v = 0.0;
-    for (double x : z) m += x / double(n);
-    for (double x : z) v += (x - m) * (x - m) / double(n - 1);
-    EXPECT_NEAR(m, 3.0, 6 * 0.5 / std::sqrt(double(n))) << c.name;
-    EXPECT_NEAR(v, 0.25, 6 * 0.25 * std::sqrt(2.0 / double(n))) << c.name;
   }
 }
