@@ -7,6 +7,7 @@
 #include <IpTNLP.hpp>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 
 #include "common/testing.hpp"
@@ -45,7 +46,7 @@ class Projection : public Ipopt::TNLP {
     return true;
   }
   bool eval_g(Index, const double* x, bool, Index m, double* c) override {
-    for (int i = 0; i < m; ++i) c[i] = x[0] + x[1] + x[2];
+    std::fill(c, c + m, x[0] + x[1] + x[2]);
     return true;
   }
   bool eval_jac_g(Index, const double*, bool, Index, Index nj, Index* r, Index* c,
@@ -62,21 +63,18 @@ class Projection : public Ipopt::TNLP {
                          const double*, Index, const double*, const double*, double f,
                          const Ipopt::IpoptData*, Ipopt::IpoptCalculatedQuantities*) override {
     objective = f;
-    for (int j = 0; j < 3; ++j) solution[j] = x[j];
+    std::copy(x, x + 3, solution);
   }
   double objective = 0.0, solution[3] = {};
+  std::string out;  // what was written on the advisory unit
 
  private:
   int copies_;
 };
 
 // Solves the problem through the library's MA97 with the given scaling and
-// print level; keeps what was written on the advisory unit.
-struct Outcome {
-  std::string out;
-  double objective = 0.0, x[3] = {};
-};
-Outcome solve(const char* scaling, int print_level, int copies = 1) {
+// print level.
+Ipopt::SmartPtr<Projection> solve(const char* scaling, int print_level, int copies = 1) {
   zeb::sparse::register_with_ipopt();
   Ipopt::SmartPtr<Projection> p = new Projection(copies);
   Ipopt::SmartPtr<Ipopt::IpoptApplication> app = IpoptApplicationFactory();
@@ -87,25 +85,21 @@ Outcome solve(const char* scaling, int print_level, int copies = 1) {
   app->Options()->SetIntegerValue("ma97_print_level", print_level);
   app->Initialize("");
   Ipopt::ApplicationReturnStatus status = Ipopt::Internal_Error;
-  Outcome run;
-  run.out = zebtest::capture_stdout([&] {
+  p->out = zebtest::capture_stdout([&] {
     const zeb::sparse::Diagnostics here(nullptr);
     status = app->OptimizeTNLP(Ipopt::GetRawPtr(p));
   });
   EXPECT_EQ(status, Ipopt::Solve_Succeeded) << scaling;
-  run.objective = p->objective;
-  for (int j = 0; j < 3; ++j) run.x[j] = p->solution[j];
-  return run;
+  return p;
 }
 
 }  // namespace
 
 TEST(SparseMa97, DiagnosticsOnTheAdvisoryUnitByPrintLevel) {
-  EXPECT_EQ(solve("none", 0).out, "");
-  const std::string one = solve("none", 1).out, two = solve("none", 2).out;
+  EXPECT_EQ(solve("none", 0)->out, "");
+  const std::string one = solve("none", 1)->out, two = solve("none", 2)->out;
   EXPECT_NE(one.find("MA97 analyse: n = 4, entries = 7, ordering AMD, fronts = "),
-            std::string::npos)
-      << one;
+            std::string::npos) << one;
   EXPECT_NE(one.find(", inertia (3, 1, 0), delayed = "), std::string::npos) << one;
   EXPECT_EQ(one.find("MA97 solve:"), std::string::npos) << one;
   EXPECT_NE(two.find("MA97 solve: 1 right-hand side(s)\n"), std::string::npos) << two;
@@ -117,9 +111,9 @@ TEST(SparseMa97, EveryScalingReachesTheOptimumSingularOrNot) {
   for (int copies : {1, 2})
     for (const char* scaling : {"none", "mc30", "mc64", "mc77", "dynamic"}) {
       SCOPED_TRACE(std::string(scaling) + " copies " + std::to_string(copies));
-      const Outcome r = solve(scaling, 1, copies);
-      for (int j = 0; j < 3; ++j) EXPECT_NEAR(r.x[j], j - 2.0 / 3.0, 1e-8);
-      EXPECT_NEAR(r.objective, 4.0 / 3.0, 1e-8);
-      EXPECT_EQ(r.out.find(", flag = -7") != std::string::npos, copies == 2) << r.out;
+      const Ipopt::SmartPtr<Projection> r = solve(scaling, 1, copies);
+      for (int j = 0; j < 3; ++j) EXPECT_NEAR(r->solution[j], j - 2.0 / 3.0, 1e-8);
+      EXPECT_NEAR(r->objective, 4.0 / 3.0, 1e-8);
+      EXPECT_EQ(r->out.find(", flag = -7") != std::string::npos, copies == 2) << r->out;
     }
 }
