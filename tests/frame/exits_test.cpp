@@ -86,15 +86,14 @@ std::string exit_line(int64_t ifail) {  // of the test routine
 }
 
 TEST(IfailProtocol, OnlyMinusOneAndZeroPrintOnTheErrorUnit) {
-  for (int64_t mode : {1, 2, -5, 99}) {
-    int64_t ifail = mode;
-    EXPECT_EQ(zebtest::capture_stdout([&] { gamma_f(-2.0, &ifail); }), "") << mode;
-    EXPECT_EQ(ifail, 4) << mode;
-  }
-  for (int64_t mode : {-1, 0, 1, 2, 7}) {
+  for (int64_t mode : {-1, 0, 1, 2, -5, 99}) {
     int64_t ifail = mode;
     EXPECT_NEAR(gamma_f(3.0, &ifail), 2.0, 1e-15);
     EXPECT_EQ(ifail, 0) << "success leaves 0 whatever came in: " << mode;
+    if (mode == 0 || mode == -1) continue;
+    ifail = mode;
+    EXPECT_EQ(zebtest::capture_stdout([&] { gamma_f(-2.0, &ifail); }), "") << mode;
+    EXPECT_EQ(ifail, 4) << mode;
   }
   int64_t ifail = -1;
   EXPECT_EQ(zebtest::capture_stdout([&] { gamma_f(171.0, &ifail); }),
@@ -244,8 +243,6 @@ TEST(Entries, EveryOutcomeOfTheEngineThroughBothEntries) {
 
 TEST(ErrorTable, EveryTemplateHasItsNameAndIndentedText) {
   EXPECT_STREQ(zeb_errlist[0], "NE_NOERROR:\n  No error.");
-  EXPECT_STREQ(zeb_errlist[745], "");
-  EXPECT_STREQ(zeb_errlist[716], "");
   EXPECT_STREQ(zeb_errlist[NE_INT_2], "NE_INT_2:\n  On entry, %s = %ld, %s = %ld.\n  Constraint: %s.");
   EXPECT_STREQ(zeb_errlist[NE_CONSTRAINT], "NE_CONSTRAINT:\n   General constraint: %s");
   int filled = 0;
@@ -268,13 +265,9 @@ TEST(CodedBuffer, RoundTripOfValuesAndRealFormatting) {
   int64_t ifail = 0;
   static constexpr zeb::Msg<5> kFive{3, 77, NE_INT, "%s %s %s %s %s"};
   zeb::fail(eb, zeb::kErrbufLen, &ifail, kFive, 170.0, int64_t{-12}, "lda", 'D', 1e-310);
-  EXPECT_EQ(ifail, 3);
-  EXPECT_EQ(eb[zeb::kErrbufLen - 1], ' ');
+  EXPECT_TRUE(ifail == 3 && eb[zeb::kErrbufLen - 1] == ' ');
   const zeb::Coded c = zeb::decode(eb, zeb::kErrbufLen);
-  ASSERT_TRUE(c.ok);
-  EXPECT_EQ(c.failno, 3);
-  EXPECT_EQ(c.msgid, 77);
-  ASSERT_EQ(c.nvals, 5);
+  ASSERT_TRUE(c.ok && c.failno == 3 && c.msgid == 77 && c.nvals == 5);
   const char* want[] = {"170.0", "-12", "lda", "D", "1.0e-310"};
   for (int k = 0; k < 5; ++k) EXPECT_EQ(c.vals[k], want[k]);
   EXPECT_STREQ(zeb::text(0.1).buf, "0.1");
@@ -285,9 +278,7 @@ TEST(CodedBuffer, RoundTripOfValuesAndRealFormatting) {
   int64_t msgid = 0, nrec = 0;
   char lines[6 * 80];
   p01abtn_(eb, &msgid, lines, &nrec, zeb::kErrbufLen, 80);
-  EXPECT_EQ(msgid, 77);
-  EXPECT_EQ(nrec, 5);
-  EXPECT_EQ(std::string(lines + 2 * 80, 4), "lda ");
+  EXPECT_TRUE(msgid == 77 && nrec == 5 && std::string(lines + 2 * 80, 4) == "lda ");
 }
 
 TEST(CodedBuffer, ReferencesToLongValuesBelongToTheirBuffer) {

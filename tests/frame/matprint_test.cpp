@@ -16,12 +16,11 @@
 
 namespace {
 
-std::string num(const char* f, double x) {
+std::string e(double x, const char* f = "%12.4E") {
   char b[64];
   std::snprintf(b, sizeof b, f, x);
   return b;
 }
-std::string e(double x) { return num("%12.4E", x); }
 
 std::vector<std::string> lines(const std::string& s) {
   std::vector<std::string> v;
@@ -104,7 +103,7 @@ TEST(MatrixPrinter, WideMatricesComeInBlocksOfColumns) {
   EXPECT_EQ(got[5], " ");
   EXPECT_EQ(got[6], "         7     8     9    10");
   std::string row3 = "   3";
-  for (int j = 7; j <= 10; ++j) row3 += num("%6.1f", 30.0 + j);
+  for (int j = 7; j <= 10; ++j) row3 += e(30.0 + j, "%6.1f");
   EXPECT_EQ(got[9], row3);
   for (const auto& l : got) EXPECT_LE(l.size(), 40u) << l;
 }
@@ -120,8 +119,8 @@ TEST(MatrixPrinter, CharacterLabelsAndCFormats) {
   // Columns widen to their labels; row labels are left-aligned.
   const std::string gap(6, ' ');
   EXPECT_EQ(got[0], std::string(6 + 9, ' ') + "first second column");
-  EXPECT_EQ(got[1], " alpha" + gap + num("%8.3f", 11) + gap + num("%8.3f", 12));
-  EXPECT_EQ(got[2], " b    " + gap + num("%8.3f", 21) + gap + num("%8.3f", 22));
+  EXPECT_EQ(got[1], " alpha" + gap + e(11, "%8.3f") + gap + e(12, "%8.3f"));
+  EXPECT_EQ(got[2], " b    " + gap + e(21, "%8.3f") + gap + e(22, "%8.3f"));
 }
 
 TEST(MatrixPrinter, ArgumentChecksInOrder) {

@@ -218,13 +218,14 @@ TEST(Memory, AllocatorAndDebugFile) {
 
 TEST(SharedUnits, AFortranProgramUsesTheLibrarysUnitsAndKeepsOrder) {
   TempDir dir;
+  std::ofstream(dir.file("data.txt")) << "line one\nline two\nline three\n";
   const auto r = zebtest::run(zebtest::prog("units_client") + " " + dir.path);
   EXPECT_EQ(r.status, 0) << r.err;
+  EXPECT_EQ(slurp(dir.file("out.txt")),
+            "written by the library\nwritten by the program\nappended by the program\n");
   EXPECT_EQ(r.out,
             "program read: line one\nlibrary read: line two\nprogram read: line three\n"
             "at the end: ifail = 1\n"
-            "file: written by the library\nfile: written by the program\n"
-            "file: appended by the program\n"
             "program: first\nlibrary: second\nprogram: third\nlibrary: fourth\n"
             "             1           2\n"
             " 1  1.0000E+00  3.0000E+00\n"

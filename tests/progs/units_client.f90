@@ -1,7 +1,7 @@
 ! The library and the program share units: a file the library opens on a
 ! unit is read and written by the program on that unit, and the library's
 ! records on unit 6 keep their place among the program's own WRITEs.
-! Argument: a directory for the files.
+! Argument: a directory holding data.txt (three lines); out.txt is written.
 program units_client
   use zeb, only: x04acf, x04adf, x04bbf, x04baf, x04caf
   implicit none
@@ -10,12 +10,6 @@ program units_client
   integer(kind=8) :: ifail
   real(kind=8) :: a(2, 2)
   call get_command_argument(1, dir)
-
-  open (20, file=trim(dir)//'/data.txt', status='replace', action='write')
-  write (20, '(a)') 'line one'
-  write (20, '(a)') 'line two'
-  write (20, '(a)') 'line three'
-  close (20)
 
   ifail = 0
   call x04acf(10_8, trim(dir)//'/data.txt', 0_8, ifail)
@@ -38,12 +32,6 @@ program units_client
   call x04acf(11_8, trim(dir)//'/out.txt', 2_8, ifail)
   write (11, '(a)') 'appended by the program'
   call x04adf(11_8, ifail)
-  open (11, file=trim(dir)//'/out.txt', status='old', action='read')
-  do
-    read (11, '(a)', end=10) line
-    write (*, '(a)') 'file: '//trim(line)
-  end do
-10 close (11)
 
   write (*, '(a)') 'program: first'
   call x04baf(6_8, 'library: second')

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
-#include <numeric>
+#include <type_traits>
 
 #include "random/rng_testing.hpp"
 
@@ -44,23 +44,14 @@ auto arg(const T& v) {
     return &v;
 }
 
-// Continuous and discrete draws as reals.
-template <class F, class... P>
-std::function<std::vector<double>(State&)> real_draws(F f, P... p) {
+// A routine's draws, real or integer (T), as reals.
+template <class T, class F, class... P>
+std::function<std::vector<double>(State&)> draws(F f, P... p) {
   return [=](State& s) {
-    std::vector<double> x(size_t(kDraws), kNaN);
+    std::vector<T> x(size_t(kDraws), std::is_integral_v<T> ? T(-77) : T(kNaN));
     int64_t n = kDraws;
     ok(f, &n, arg(p)..., s.data(), x.data());
-    return x;
-  };
-}
-template <class F, class... P>
-std::function<std::vector<double>(State&)> int_draws(F f, P... p) {
-  return [=](State& s) {
-    std::vector<int64_t> k(size_t(kDraws), -77);
-    int64_t n = kDraws;
-    ok(f, &n, arg(p)..., s.data(), k.data());
-    return std::vector<double>(k.begin(), k.end());
+    return std::vector<double>(x.begin(), x.end());
   };
 }
 // A routine with a reference vector, set up and drawn in one call.
@@ -148,39 +139,39 @@ TEST(Distributions, ContinuousFitTheirDistributionFunctions) {
   static const double mix_a[2] = {1.0, 10.0}, mix_w[2] = {0.3, 0.7};
   const int64_t two = 2;
   const Fit fits[] = {
-      {"beta 2 3", real_draws(g05sbf_, 2.0, 3.0), cdf_of(bm::beta_distribution<>(2, 3)), 0.4, beta_var(2, 3)},
-      {"beta 0.5 0.7", real_draws(g05sbf_, 0.5, 0.7), cdf_of(bm::beta_distribution<>(0.5, 0.7)), 0.5 / 1.2, beta_var(0.5, 0.7)},
-      {"beta 1.5 0.3", real_draws(g05sbf_, 1.5, 0.3), cdf_of(bm::beta_distribution<>(1.5, 0.3)), 1.5 / 1.8, beta_var(1.5, 0.3)},
-      {"beta 0.05 0.05", real_draws(g05sbf_, 0.05, 0.05), cdf_of(bm::beta_distribution<>(0.05, 0.05)), 0.5, beta_var(0.05, 0.05)},
-      {"beta 0.02 0.5", real_draws(g05sbf_, 0.02, 0.5), cdf_of(bm::beta_distribution<>(0.02, 0.5)), 0.02 / 0.52, beta_var(0.02, 0.5)},
-      {"beta 1e4 2e4", real_draws(g05sbf_, 1e4, 2e4), cdf_of(bm::beta_distribution<>(1e4, 2e4)), 1.0 / 3, beta_var(1e4, 2e4)},
-      {"beta 1e9 2e9", real_draws(g05sbf_, 1e9, 2e9), cdf_of(bm::beta_distribution<>(1e9, 2e9)), 1.0 / 3, beta_var(1e9, 2e9)},
-      {"Cauchy 1 2", real_draws(g05scf_, 1.0, 2.0), cdf_of(bm::cauchy_distribution<>(1, 2)), kNaN, kNaN},
-      {"chi2 0.5", real_draws(g05sdf_, 0.5), cdf_of(bm::chi_squared_distribution<>(0.5)), 0.5, 1.0},
-      {"chi2 3", real_draws(g05sdf_, 3.0), cdf_of(bm::chi_squared_distribution<>(3)), 3, 6},
-      {"chi2 1e6", real_draws(g05sdf_, 1e6), cdf_of(bm::chi_squared_distribution<>(1e6)), 1e6, 2e6},
-      {"exponential 2", real_draws(g05sff_, 2.0), cdf_of(bm::exponential_distribution<>(0.5)), 2, 4},
-      {"mixture", real_draws(g05sgf_, two, mix_a, mix_w), mix, 7.3, 0.3 * 2 + 0.7 * 200 - 7.3 * 7.3},
-      {"F 5 10", real_draws(g05shf_, 5.0, 10.0), cdf_of(bm::fisher_f_distribution<>(5, 10)), 1.25, 1.25 * 1.25 * 2 * 13 / (5 * 6.0)},
-      {"F 0.5 3", real_draws(g05shf_, 0.5, 3.0), cdf_of(bm::fisher_f_distribution<>(0.5, 3)), 3.0, kNaN},
-      {"gamma 0.3 2", real_draws(g05sjf_, 0.3, 2.0), cdf_of(bm::gamma_distribution<>(0.3, 2)), 0.6, 1.2},
-      {"gamma 5 1", real_draws(g05sjf_, 5.0, 1.0), cdf_of(bm::gamma_distribution<>(5, 1)), 5, 5},
-      {"gamma 0.01 1", real_draws(g05sjf_, 0.01, 1.0), cdf_of(bm::gamma_distribution<>(0.01, 1)), 0.01, 0.01},
-      {"gamma 1e6 1e-3", real_draws(g05sjf_, 1e6, 1e-3), cdf_of(bm::gamma_distribution<>(1e6, 1e-3)), 1e3, 1},
-      {"logistic 1 2", real_draws(g05slf_, 1.0, 2.0), cdf_of(bm::logistic_distribution<>(1, 2)), 1, 4 * pi * pi / 3},
-      {"lognormal 0.5 0.25", real_draws(g05smf_, 0.5, 0.25), cdf_of(bm::lognormal_distribution<>(0.5, 0.5)), std::exp(0.625), std::expm1(0.25) * std::exp(1.25)},
-      {"t 5", real_draws(g05snf_, 5.0), cdf_of(bm::students_t_distribution<>(5)), 0, 5.0 / 3},
-      {"t 0.5", real_draws(g05snf_, 0.5), cdf_of(bm::students_t_distribution<>(0.5)), kNaN, kNaN},
-      {"t 1e8", real_draws(g05snf_, 1e8), cdf_of(bm::students_t_distribution<>(1e8)), 0, 1},
-      {"triangular 0 1 3", real_draws(g05spf_, 0.0, 1.0, 3.0), cdf_of(bm::triangular_distribution<>(0, 1, 3)), 4.0 / 3, 7.0 / 18},
-      {"triangular 0 0 1", real_draws(g05spf_, 0.0, 0.0, 1.0), cdf_of(bm::triangular_distribution<>(0, 0, 1)), 1.0 / 3, 1.0 / 18},
-      {"uniform -1 3", real_draws(g05sqf_, -1.0, 3.0), cdf_of(bm::uniform_distribution<>(-1, 3)), 1, 16.0 / 12},
-      {"von Mises 2", real_draws(g05srf_, 2.0), [](double x) { return von_mises_cdf(2, x); }, 0, kNaN},
-      {"von Mises 1e-4", real_draws(g05srf_, 1e-4), [](double x) { return von_mises_cdf(1e-4, x); }, 0, kNaN},
-      {"von Mises 1e4", real_draws(g05srf_, 1e4), [](double x) { return von_mises_cdf(1e4, x); }, 0, kNaN},
-      {"Weibull 2 1", real_draws(g05ssf_, 2.0, 1.0), cdf_of(bm::weibull_distribution<>(2, 1)), std::sqrt(pi) / 2, 1 - pi / 4},
-      {"Weibull 0.5 3", real_draws(g05ssf_, 0.5, 3.0), cdf_of(bm::weibull_distribution<>(0.5, 3)), 6, 9 * 20},
-      {"normal 3 0.25", real_draws(g05skf_, 3.0, 0.25), cdf_of(bm::normal_distribution<>(3, 0.5)), 3, 0.25},
+      {"beta 2 3", draws<double>(g05sbf_, 2.0, 3.0), cdf_of(bm::beta_distribution<>(2, 3)), 0.4, beta_var(2, 3)},
+      {"beta 0.5 0.7", draws<double>(g05sbf_, 0.5, 0.7), cdf_of(bm::beta_distribution<>(0.5, 0.7)), 0.5 / 1.2, beta_var(0.5, 0.7)},
+      {"beta 1.5 0.3", draws<double>(g05sbf_, 1.5, 0.3), cdf_of(bm::beta_distribution<>(1.5, 0.3)), 1.5 / 1.8, beta_var(1.5, 0.3)},
+      {"beta 0.05 0.05", draws<double>(g05sbf_, 0.05, 0.05), cdf_of(bm::beta_distribution<>(0.05, 0.05)), 0.5, beta_var(0.05, 0.05)},
+      {"beta 0.02 0.5", draws<double>(g05sbf_, 0.02, 0.5), cdf_of(bm::beta_distribution<>(0.02, 0.5)), 0.02 / 0.52, beta_var(0.02, 0.5)},
+      {"beta 1e4 2e4", draws<double>(g05sbf_, 1e4, 2e4), cdf_of(bm::beta_distribution<>(1e4, 2e4)), 1.0 / 3, beta_var(1e4, 2e4)},
+      {"beta 1e9 2e9", draws<double>(g05sbf_, 1e9, 2e9), cdf_of(bm::beta_distribution<>(1e9, 2e9)), 1.0 / 3, beta_var(1e9, 2e9)},
+      {"Cauchy 1 2", draws<double>(g05scf_, 1.0, 2.0), cdf_of(bm::cauchy_distribution<>(1, 2)), kNaN, kNaN},
+      {"chi2 0.5", draws<double>(g05sdf_, 0.5), cdf_of(bm::chi_squared_distribution<>(0.5)), 0.5, 1.0},
+      {"chi2 3", draws<double>(g05sdf_, 3.0), cdf_of(bm::chi_squared_distribution<>(3)), 3, 6},
+      {"chi2 1e6", draws<double>(g05sdf_, 1e6), cdf_of(bm::chi_squared_distribution<>(1e6)), 1e6, 2e6},
+      {"exponential 2", draws<double>(g05sff_, 2.0), cdf_of(bm::exponential_distribution<>(0.5)), 2, 4},
+      {"mixture", draws<double>(g05sgf_, two, mix_a, mix_w), mix, 7.3, 0.3 * 2 + 0.7 * 200 - 7.3 * 7.3},
+      {"F 5 10", draws<double>(g05shf_, 5.0, 10.0), cdf_of(bm::fisher_f_distribution<>(5, 10)), 1.25, 1.25 * 1.25 * 2 * 13 / (5 * 6.0)},
+      {"F 0.5 3", draws<double>(g05shf_, 0.5, 3.0), cdf_of(bm::fisher_f_distribution<>(0.5, 3)), 3.0, kNaN},
+      {"gamma 0.3 2", draws<double>(g05sjf_, 0.3, 2.0), cdf_of(bm::gamma_distribution<>(0.3, 2)), 0.6, 1.2},
+      {"gamma 5 1", draws<double>(g05sjf_, 5.0, 1.0), cdf_of(bm::gamma_distribution<>(5, 1)), 5, 5},
+      {"gamma 0.01 1", draws<double>(g05sjf_, 0.01, 1.0), cdf_of(bm::gamma_distribution<>(0.01, 1)), 0.01, 0.01},
+      {"gamma 1e6 1e-3", draws<double>(g05sjf_, 1e6, 1e-3), cdf_of(bm::gamma_distribution<>(1e6, 1e-3)), 1e3, 1},
+      {"logistic 1 2", draws<double>(g05slf_, 1.0, 2.0), cdf_of(bm::logistic_distribution<>(1, 2)), 1, 4 * pi * pi / 3},
+      {"lognormal 0.5 0.25", draws<double>(g05smf_, 0.5, 0.25), cdf_of(bm::lognormal_distribution<>(0.5, 0.5)), std::exp(0.625), std::expm1(0.25) * std::exp(1.25)},
+      {"t 5", draws<double>(g05snf_, 5.0), cdf_of(bm::students_t_distribution<>(5)), 0, 5.0 / 3},
+      {"t 0.5", draws<double>(g05snf_, 0.5), cdf_of(bm::students_t_distribution<>(0.5)), kNaN, kNaN},
+      {"t 1e8", draws<double>(g05snf_, 1e8), cdf_of(bm::students_t_distribution<>(1e8)), 0, 1},
+      {"triangular 0 1 3", draws<double>(g05spf_, 0.0, 1.0, 3.0), cdf_of(bm::triangular_distribution<>(0, 1, 3)), 4.0 / 3, 7.0 / 18},
+      {"triangular 0 0 1", draws<double>(g05spf_, 0.0, 0.0, 1.0), cdf_of(bm::triangular_distribution<>(0, 0, 1)), 1.0 / 3, 1.0 / 18},
+      {"uniform -1 3", draws<double>(g05sqf_, -1.0, 3.0), cdf_of(bm::uniform_distribution<>(-1, 3)), 1, 16.0 / 12},
+      {"von Mises 2", draws<double>(g05srf_, 2.0), [](double x) { return von_mises_cdf(2, x); }, 0, kNaN},
+      {"von Mises 1e-4", draws<double>(g05srf_, 1e-4), [](double x) { return von_mises_cdf(1e-4, x); }, 0, kNaN},
+      {"von Mises 1e4", draws<double>(g05srf_, 1e4), [](double x) { return von_mises_cdf(1e4, x); }, 0, kNaN},
+      {"Weibull 2 1", draws<double>(g05ssf_, 2.0, 1.0), cdf_of(bm::weibull_distribution<>(2, 1)), std::sqrt(pi) / 2, 1 - pi / 4},
+      {"Weibull 0.5 3", draws<double>(g05ssf_, 0.5, 3.0), cdf_of(bm::weibull_distribution<>(0.5, 3)), 6, 9 * 20},
+      {"normal 3 0.25", draws<double>(g05skf_, 3.0, 0.25), cdf_of(bm::normal_distribution<>(3, 0.5)), 3, 0.25},
   };
   int64_t seed = 1;
   for (const auto& f : fits) expect_fit(f, 3 + seed % 4, seed), ++seed;
@@ -206,7 +197,7 @@ TEST(Distributions, DiscreteFitTheirDistributionFunctions) {
       {"binomial 20 0.3", ref_draws(g05taf_, i20, 0.3), cdf_of(bm::binomial_distribution<>(20, 0.3)), 6, 4.2},
       {"binomial 1e5 0.3", ref_draws(g05taf_, i1e5, 0.3), cdf_of(bm::binomial_distribution<>(1e5, 0.3)), 3e4, 2.1e4},
       {"binomial 1e12 0.6", ref_draws(g05taf_, i1e12, 0.6), cdf_of(bm::binomial_distribution<>(1e12, 0.6)), 6e11, 2.4e11},
-      {"Bernoulli 0.3", int_draws(g05tbf_, 0.3), cdf_of(bm::bernoulli_distribution<>(0.3)), 0.3, 0.21},
+      {"Bernoulli 0.3", draws<int64_t>(g05tbf_, 0.3), cdf_of(bm::bernoulli_distribution<>(0.3)), 0.3, 0.21},
       {"geometric 0.2", ref_draws(g05tcf_, 0.2), geo(0.2), 4, 20},
       {"geometric 1e-3", ref_draws(g05tcf_, 1e-3), geo(1e-3), 999, 999 / 1e-3},
       {"general pdf", ref_draws(g05tdf_, gd_p, npd, ip1, pdf), gd_cdf, 0.9, 2.3 - 0.81},
@@ -222,8 +213,8 @@ TEST(Distributions, DiscreteFitTheirDistributionFunctions) {
       {"Poisson 100", ref_draws(g05tjf_, 100.0), cdf_of(bm::poisson_distribution<>(100)), 100, 100},
       {"Poisson 1e6", ref_draws(g05tjf_, 1e6), cdf_of(bm::poisson_distribution<>(1e6)), 1e6, 1e6},
       {"Poisson 1e9", ref_draws(g05tjf_, 1e9), cdf_of(bm::poisson_distribution<>(1e9)), 1e9, 1e9},
-      {"Poisson means 7.5", int_draws(g05tkf_, lam7.data()), cdf_of(bm::poisson_distribution<>(7.5)), 7.5, 7.5},
-      {"Poisson means 50", int_draws(g05tkf_, lam50.data()), cdf_of(bm::poisson_distribution<>(50)), 50, 50},
+      {"Poisson means 7.5", draws<int64_t>(g05tkf_, lam7.data()), cdf_of(bm::poisson_distribution<>(7.5)), 7.5, 7.5},
+      {"Poisson means 50", draws<int64_t>(g05tkf_, lam50.data()), cdf_of(bm::poisson_distribution<>(50)), 50, 50},
       {"uniform -3..7", ref_draws(g05tlf_, lo, hi), [](double x) { return std::clamp((std::floor(x) + 4) / 11, 0.0, 1.0); }, 2, 10},
   };
   const int64_t gens[] = {1, 2, 3, 4, 6};
