@@ -186,111 +186,108 @@ void x_and_square(const D* x, D* c) {
 constexpr double N = kNone;
 std::vector<double> all(int n, double v) { return std::vector<double>(size_t(n), v); }
 
+// The sizes from the start and the constraints' bounds; free variables
+// given their infinite bounds.
+std::vector<Problem> sized(std::vector<Problem> set) {
+  for (Problem& p : set) {
+    p.n = int(p.x0.size()), p.m = int(p.gl.size());
+    if (p.xl.empty()) p.xl.assign(p.x0.size(), -N), p.xu.assign(p.x0.size(), N);
+  }
+  return set;
+}
+
 }  // namespace
 
 const std::vector<Problem>& problems() {
-  static const std::vector<Problem> set = {
-      {"HS001", 2, 0, {-2, 1}, {-N, -1.5}, {N, N}, {}, {}, 0.0, 1e-8, f001, none},
-      {"HS003", 2, 0, {10, 1}, {-N, 0}, {N, N}, {}, {}, 0.0, 1e-7, f003, none},
-      {"HS004", 2, 0, {1.125, 0.125}, {1, 0}, {N, N}, {}, {}, 8.0 / 3, 1e-7, f004, none},
-      {"HS005", 2, 0, {0, 0}, {-1.5, -3}, {4, 3}, {}, {},
-       -std::sqrt(3.0) / 2 - kPi / 3, 1e-8, f005, none},
-      {"HS006", 2, 1, {-1.2, 1}, all(2, -N), all(2, N), {0}, {0}, 0.0, 1e-8, f006, c006},
-      {"HS007", 2, 1, {2, 2}, all(2, -N), all(2, N), {0}, {0}, -std::sqrt(3.0), 1e-8, f007,
-       c007},
-      {"HS008", 2, 2, {2, 1}, all(2, -N), all(2, N), {0, 0}, {0, 0}, -1.0, 1e-8, f008, c008},
-      {"HS009", 2, 1, {0, 0}, all(2, -N), all(2, N), {0}, {0}, -0.5, 1e-8, f009, c009},
-      {"HS010", 2, 1, {-10, 10}, all(2, -N), all(2, N), {0}, {N}, -1.0, 1e-7, f010, c010},
-      {"HS011", 2, 1, {4.9, 0.1}, all(2, -N), all(2, N), {0}, {N}, -8.498464223, 1e-9, f011,
-       c011},
-      {"HS012", 2, 1, {0, 0}, all(2, -N), all(2, N), {0}, {N}, -30.0, 1e-8, f012, c012},
-      {"HS014", 2, 2, {2, 2}, all(2, -N), all(2, N), {0, 0}, {0, N},
-       9 - 23 * std::sqrt(7.0) / 8, 1e-8, f014, c014},
-      {"HS026", 3, 1, {-2.6, 2, 2}, all(3, -N), all(3, N), {0}, {0}, 0.0, 1e-8, f026, c026},
-      {"HS027", 3, 1, {2, 2, 2}, all(3, -N), all(3, N), {0}, {0}, 0.04, 1e-8, f027, c027},
-      {"HS028", 3, 1, {-4, 1, 1}, all(3, -N), all(3, N), {0}, {0}, 0.0, 1e-8, f028, c028},
-      {"HS035", 3, 1, {0.5, 0.5, 0.5}, all(3, 0), all(3, N), {0}, {N}, 1.0 / 9, 1e-7, f035,
-       c035},
-      {"HS038", 4, 0, {-3, -1, -3, -1}, all(4, -10), all(4, 10), {}, {}, 0.0, 1e-8, f038, none},
-      {"HS039", 4, 2, {2, 2, 2, 2}, all(4, -N), all(4, N), {0, 0}, {0, 0}, -1.0, 1e-8, f039,
-       c039},
-      {"HS040", 4, 3, {0.8, 0.8, 0.8, 0.8}, all(4, -N), all(4, N), {0, 0, 0}, {0, 0, 0}, -0.25,
-       1e-8, f040, c040},
-      {"HS042", 4, 2, {1, 1, 1, 1}, all(4, -N), all(4, N), {0, 0}, {0, 0},
-       28 - 10 * kSqrt2, 1e-8, f042, c042},
-      {"HS043", 4, 3, {0, 0, 0, 0}, all(4, -N), all(4, N), {0, 0, 0}, {N, N, N}, -44.0, 1e-8,
-       f043, c043},
-      {"HS046", 5, 2, {kSqrt2 / 2, 1.75, 0.5, 2, 2}, all(5, -N), all(5, N), {0, 0}, {0, 0}, 0.0,
-       1e-7, f046, c046},
-      {"HS048", 5, 2, {3, 5, -3, 2, -2}, all(5, -N), all(5, N), {0, 0}, {0, 0}, 0.0, 1e-8, f048,
-       c048},
-      {"HS065", 3, 1, {-5, 5, 0}, {-4.5, -4.5, -5}, {4.5, 4.5, 5}, {0}, {N}, 0.9535288567,
-       1e-9, f065, c065},
-      {"HS071", 4, 2, {1, 5, 5, 1}, all(4, 1), all(4, 5), {25, 40}, {N, 40}, 17.0140173, 1e-8,
-       f071, c071},
-      {"HS077", 5, 2, {2, 2, 2, 2, 2}, all(5, -N), all(5, N), {0, 0}, {0, 0}, 0.24150513, 1e-7,
-       f077, c077},
-      {"HS078", 5, 3, {-2, 1.5, 2, -1, -1}, all(5, -N), all(5, N), {0, 0, 0}, {0, 0, 0},
-       -2.91970041, 1e-8, f078, c078},
-      {"HS079", 5, 3, {2, 2, 2, 2, 2}, all(5, -N), all(5, N), {0, 0, 0}, {0, 0, 0},
-       0.0787768209, 1e-8, f079, c079},
-      {"HS100", 7, 4, {1, 2, 0, 4, 0, 1, 1}, all(7, -N), all(7, N), all(4, 0), all(4, N),
-       680.6300573, 1e-9, f100, c100},
-  };
+  const double r3 = std::sqrt(3.0), r7 = std::sqrt(7.0);
+  static const std::vector<Problem> set = sized({
+      {"HS001", {-2, 1}, {-N, -1.5}, {N, N}, {}, {}, 0.0, 1e-8, f001, none},
+      {"HS003", {10, 1}, {-N, 0}, {N, N}, {}, {}, 0.0, 1e-7, f003, none},
+      {"HS004", {1.125, 0.125}, {1, 0}, {N, N}, {}, {}, 8.0 / 3, 1e-7, f004, none},
+      {"HS005", {0, 0}, {-1.5, -3}, {4, 3}, {}, {}, -r3 / 2 - kPi / 3, 1e-8, f005, none},
+      {"HS006", {-1.2, 1}, {}, {}, {0}, {0}, 0.0, 1e-8, f006, c006},
+      {"HS007", {2, 2}, {}, {}, {0}, {0}, -r3, 1e-8, f007, c007},
+      {"HS008", {2, 1}, {}, {}, {0, 0}, {0, 0}, -1.0, 1e-8, f008, c008},
+      {"HS009", {0, 0}, {}, {}, {0}, {0}, -0.5, 1e-8, f009, c009},
+      {"HS010", {-10, 10}, {}, {}, {0}, {N}, -1.0, 1e-7, f010, c010},
+      {"HS011", {4.9, 0.1}, {}, {}, {0}, {N}, -8.498464223, 1e-9, f011, c011},
+      {"HS012", {0, 0}, {}, {}, {0}, {N}, -30.0, 1e-8, f012, c012},
+      {"HS014", {2, 2}, {}, {}, {0, 0}, {0, N}, 9 - 23 * r7 / 8, 1e-8, f014, c014},
+      {"HS026", {-2.6, 2, 2}, {}, {}, {0}, {0}, 0.0, 1e-8, f026, c026},
+      {"HS027", {2, 2, 2}, {}, {}, {0}, {0}, 0.04, 1e-8, f027, c027},
+      {"HS028", {-4, 1, 1}, {}, {}, {0}, {0}, 0.0, 1e-8, f028, c028},
+      {"HS035", {0.5, 0.5, 0.5}, {0, 0, 0}, {N, N, N}, {0}, {N}, 1.0 / 9, 1e-7, f035, c035},
+      {"HS038", {-3, -1, -3, -1}, all(4, -10), all(4, 10), {}, {}, 0.0, 1e-8, f038, none},
+      {"HS039", {2, 2, 2, 2}, {}, {}, {0, 0}, {0, 0}, -1.0, 1e-8, f039, c039},
+      {"HS040", {0.8, 0.8, 0.8, 0.8}, {}, {}, {0, 0, 0}, {0, 0, 0}, -0.25, 1e-8, f040, c040},
+      {"HS042", {1, 1, 1, 1}, {}, {}, {0, 0}, {0, 0}, 28 - 10 * kSqrt2, 1e-8, f042, c042},
+      {"HS043", {0, 0, 0, 0}, {}, {}, {0, 0, 0}, {N, N, N}, -44.0, 1e-8, f043, c043},
+      {"HS046", {kSqrt2 / 2, 1.75, 0.5, 2, 2}, {}, {}, {0, 0}, {0, 0}, 0.0, 1e-7, f046, c046},
+      {"HS048", {3, 5, -3, 2, -2}, {}, {}, {0, 0}, {0, 0}, 0.0, 1e-8, f048, c048},
+      {"HS065", {-5, 5, 0}, {-4.5, -4.5, -5}, {4.5, 4.5, 5}, {0}, {N}, 0.9535288567, 1e-9, f065,
+       c065},
+      {"HS071", {1, 5, 5, 1}, all(4, 1), all(4, 5), {25, 40}, {N, 40}, 17.0140173, 1e-8, f071,
+       c071},
+      {"HS077", {2, 2, 2, 2, 2}, {}, {}, {0, 0}, {0, 0}, 0.24150513, 1e-7, f077, c077},
+      {"HS078", {-2, 1.5, 2, -1, -1}, {}, {}, {0, 0, 0}, {0, 0, 0}, -2.91970041, 1e-8, f078,
+       c078},
+      {"HS079", {2, 2, 2, 2, 2}, {}, {}, {0, 0, 0}, {0, 0, 0}, 0.0787768209, 1e-8, f079, c079},
+      {"HS100", {1, 2, 0, 4, 0, 1, 1}, {}, {}, all(4, 0), all(4, N), 680.6300573, 1e-9, f100,
+       c100},
+  });
   return set;
 }
 
 const std::vector<Problem>& awkward() {
-  static const std::vector<Problem> set = {
-      {"infeasible", 1, 1, {1}, {-N}, {N}, {-N}, {0}, 0, 0, square, square_plus_one},
-      {"unbounded", 1, 0, {1}, {0}, {N}, {}, {}, 0, 0, minus, none},
-      {"overdetermined", 1, 2, {2}, {-N}, {N}, {1, 1}, {1, 1}, 0, 0, square, x_and_square},
-      {"quartic", 1, 0, {1}, {-N}, {N}, {}, {}, 0, 0, quartic, none},
-  };
+  static const std::vector<Problem> set = sized({
+      {"infeasible", {1}, {}, {}, {-N}, {0}, 0, 0, square, square_plus_one},
+      {"unbounded", {1}, {0}, {N}, {}, {}, 0, 0, minus, none},
+      {"overdetermined", {2}, {}, {}, {1, 1}, {1, 1}, 0, 0, square, x_and_square},
+      {"quartic", {1}, {}, {}, {}, {}, 0, 0, quartic, none},
+  });
   return set;
 }
 
 // ---- values and derivatives ----------------------------------------------------------
 
 namespace {
-// The point x with the directions e_i and e_j (-1: none).
-std::vector<Dual> seeded(const double* x, int n, int i, int j) {
-  std::vector<Dual> d(x, x + n);
+// The objective and then the constraints at x with the directions e_i and
+// e_j (-1: none).
+std::vector<Dual> at(const Problem& p, const double* x, int i, int j) {
+  std::vector<Dual> d(x, x + p.n), out(size_t(p.m) + 1);
   if (i >= 0) d[size_t(i)].a = 1.0;
   if (j >= 0) d[size_t(j)].b = 1.0;
-  return d;
+  out[0] = p.fo(d.data());
+  p.co(d.data(), out.data() + 1);
+  return out;
 }
 }  // namespace
 
-double Problem::f(const double* x) const { return fo(seeded(x, n, -1, -1).data()).v; }
+double Problem::f(const double* x) const { return at(*this, x, -1, -1)[0].v; }
 
 void Problem::grad(const double* x, double* g) const {
-  for (int i = 0; i < n; ++i) g[i] = fo(seeded(x, n, i, -1).data()).a;
+  for (int i = 0; i < n; ++i) g[i] = at(*this, x, i, -1)[0].a;
 }
 
 void Problem::cons(const double* x, double* c) const {
-  std::vector<Dual> out(static_cast<size_t>(m));
-  co(seeded(x, n, -1, -1).data(), out.data());
-  for (int k = 0; k < m; ++k) c[k] = out[size_t(k)].v;
+  const std::vector<Dual> v = at(*this, x, -1, -1);
+  for (int k = 0; k < m; ++k) c[k] = v[size_t(k) + 1].v;
 }
 
 void Problem::jac(const double* x, double* j) const {
-  std::vector<Dual> out(static_cast<size_t>(m));
   for (int i = 0; i < n; ++i) {
-    co(seeded(x, n, i, -1).data(), out.data());
-    for (int k = 0; k < m; ++k) j[k * n + i] = out[size_t(k)].a;
+    const std::vector<Dual> v = at(*this, x, i, -1);
+    for (int k = 0; k < m; ++k) j[k * n + i] = v[size_t(k) + 1].a;
   }
 }
 
 void Problem::hess(const double* x, double sigma, const double* lambda, double* h) const {
-  std::vector<Dual> out(static_cast<size_t>(m));
   for (int i = 0; i < n; ++i)
     for (int j = i; j < n; ++j) {
-      const std::vector<Dual> d = seeded(x, n, i, j);
-      double v = sigma * fo(d.data()).ab;
-      co(d.data(), out.data());
-      for (int k = 0; k < m; ++k) v += lambda[k] * out[size_t(k)].ab;
-      h[i * n + j] = h[j * n + i] = v;
+      const std::vector<Dual> v = at(*this, x, i, j);
+      double s = sigma * v[0].ab;
+      for (int k = 0; k < m; ++k) s += lambda[k] * v[size_t(k) + 1].ab;
+      h[i * n + j] = h[j * n + i] = s;
     }
 }
 

@@ -26,12 +26,12 @@ struct Dual {
 
 struct Problem {
   const char* name;
-  int n, m;
-  std::vector<double> x0, xl, xu, gl, gu;  // gl == gu: an equation
+  std::vector<double> x0, xl, xu, gl, gu;  // gl == gu: an equation; no xl, xu: free
   double fstar;                            // the published optimum
   double ftol;                             // relative, as its digits allow
   Dual (*fo)(const Dual* x);               // the objective
   void (*co)(const Dual* x, Dual* c);      // the m constraints
+  int n = 0, m = 0;                        // the sizes of x0 and gl
 
   double f(const double* x) const;
   void grad(const double* x, double* g) const;
