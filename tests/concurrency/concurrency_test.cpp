@@ -4,9 +4,9 @@
 // bit for bit what the same work gives alone.
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <cmath>
 #include <cstdint>
-#include <cstring>
 #include <string>
 #include <thread>
 #include <vector>
@@ -19,11 +19,7 @@ namespace {
 struct Results {
   std::vector<uint64_t> bits;
   std::string messages;
-  void add(double v) {
-    uint64_t b;
-    std::memcpy(&b, &v, sizeof b);
-    bits.push_back(b);
-  }
+  void add(double v) { bits.push_back(std::bit_cast<uint64_t>(v)); }
   void add(Integer v) { bits.push_back(uint64_t(v)); }
   template <class T>
   void add(const std::vector<T>& v) {

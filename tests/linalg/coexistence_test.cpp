@@ -7,15 +7,9 @@
 
 #include <cstdio>
 #include <cstdlib>
-
 #include <string>
 
 #include "common/testing.hpp"
-
-namespace {
-const std::string kSrc = std::string(ZEB_TEST_DATA) + "/../linalg/ipopt_client.cxx";
-const std::string kInclude = std::string(ZEB_TEST_DATA) + "/../../include";
-}  // namespace
 
 TEST(Coexistence, LuAndIpoptInOneProcessInBothOrders) {
   const std::string lib = ZEB_LIBRARY_PATH;
@@ -23,8 +17,10 @@ TEST(Coexistence, LuAndIpoptInOneProcessInBothOrders) {
   char dir[] = "/tmp/zebipoptXXXXXX";
   ASSERT_NE(mkdtemp(dir), nullptr);
   const std::string obj = std::string(dir) + "/client.o";
-  const auto cc = zebtest::run("g++ -std=c++17 -O1 -Wall -Werror -c " + kSrc + " -I" + kInclude +
-                               " $(pkg-config --cflags ipopt) -o " + obj);
+  const std::string tests = std::string(ZEB_TEST_DATA) + "/..";
+  const auto cc = zebtest::run("g++ -std=c++17 -O1 -Wall -Werror -c " + tests +
+                               "/linalg/ipopt_client.cxx -I" + tests +
+                               "/../include $(pkg-config --cflags ipopt) -o " + obj);
   ASSERT_EQ(cc.status, 0) << cc.err;
   const std::string zeb = lib + " -Wl,-rpath," + libdir;
   const std::string ipopt = "$(pkg-config --libs ipopt)";

@@ -1,7 +1,6 @@
 // f07ae (solve), f07af (equilibration), f08ae/f08af (QR and Q), f08ab/f08ac
 // (compact blocked QR and applying Q): agreement with reference LAPACK,
 // residuals, argument errors and the C entries.
-#include <cstring>
 #include <functional>
 
 #include "tests/linalg/reference.hpp"
@@ -9,45 +8,23 @@
 using ref::I;
 using ref::Mat;
 
-namespace {
-
-constexpr double kEps = 1.1102230246251565e-16;
-
-double norm_inf(const Mat& a) {
-  double r = 0.0;
-  for (I i = 0; i < a.m; ++i) {
-    double s = 0.0;
-    for (I j = 0; j < a.n; ++j) s += std::fabs(a(i, j));
-    r = std::max(r, s);
-  }
-  return r;
-}
-
-}  // namespace
-
-TEST(F07ae, SolvesToBackwardErrorNearMachinePrecision) {
+// Against reference dgetrs on the same factors (from f07adf, checked
+// against dgetrf elsewhere).
+TEST(F07ae, SolvesAsReferenceDgetrs) {
   static const auto getrs = ref::sym<ref::getrs_t>("dgetrs_");
   for (I n : {I{5}, I{200}}) {
-    const Mat a = ref::random(n, n, unsigned(n));
-    Mat lu = a;
+    Mat lu = ref::random(n, n, unsigned(n));
     std::vector<I> ipiv(static_cast<size_t>(n));
     I info = 1;
+    const I nrhs = 3;
     f07adf_(&n, &n, lu.data(), &n, ipiv.data(), &info);
     ASSERT_EQ(info, 0);
     for (char trans : {'N', 'T'}) {
-      const I nrhs = 3;
-      const Mat b = ref::random(n, nrhs, 77);
-      Mat x = b, y = b;
+      Mat x = ref::random(n, nrhs, 77), y = x;
       f07aef_(&trans, &n, &nrhs, lu.data(), &n, ipiv.data(), x.data(), &n, &info, 1);
       ASSERT_EQ(info, 0);
-      const Mat op = trans == 'N' ? a : ref::transpose(a);
-      Mat res = ref::multiply(op, x);
-      for (size_t i = 0; i < res.v.size(); ++i) res.v[i] -= b.v[i];
-      const double berr = norm_inf(res) / (norm_inf(op) * norm_inf(x) + norm_inf(b));
-      EXPECT_LT(berr / kEps, 5.0) << "n " << n << " trans " << trans;
-      // Reference dgetrs on the same factors.
       getrs(&trans, &n, &nrhs, lu.data(), &n, ipiv.data(), y.data(), &n, &info, 1);
-      EXPECT_LE(ref::rel_diff(x, y), 1e-13);
+      EXPECT_LE(ref::rel_diff(x, y), 1e-13) << "n " << n << " trans " << trans;
     }
   }
 }
@@ -114,7 +91,7 @@ Qr our_qr(const Mat& a, I lwork = 0) {
 
 }  // namespace
 
-TEST(F08ae, AgreesWithReferenceAndReproducesA) {
+TEST(F08ae, AgreesWithReference) {
   static const auto geqrf = ref::sym<ref::geqrf_t>("dgeqrf_");
   static const auto orgqr = ref::sym<ref::orgqr_t>("dorgqr_");
   for (auto [m, n] : {std::pair<I, I>{300, 200}, {200, 500}, {1, 5}, {400, 400}}) {
@@ -126,19 +103,15 @@ TEST(F08ae, AgreesWithReferenceAndReproducesA) {
     geqrf(&m, &n, y.a.data(), &m, y.tau.data(), w.data(), &lw, &info);
     EXPECT_LE(ref::rel_diff(x.a, y.a), 1e-13) << m << " by " << n;
     for (size_t i = 0; i < x.tau.size(); ++i) EXPECT_NEAR(x.tau[i], y.tau[i], 1e-13);
-    // Q from f08af and from reference dorgqr on the reference factors; A = Q R.
+    // Q from f08af and from reference dorgqr on the reference factors.
     const I k = std::min(m, n);
-    Mat q(m, k), qr(m, k), r(k, n);
-    for (I j = 0; j < n; ++j)
-      for (I i = 0; i < m; ++i) {
-        if (j < k) q(i, j) = x.a(i, j), qr(i, j) = y.a(i, j);
-        if (i <= std::min(j, k - 1)) r(i, j) = x.a(i, j);
-      }
+    Mat q(m, k), qr(m, k);
+    for (I j = 0; j < k; ++j)
+      for (I i = 0; i < m; ++i) q(i, j) = x.a(i, j), qr(i, j) = y.a(i, j);
     f08aff_(&m, &k, &k, q.data(), &m, x.tau.data(), w.data(), &lw, &info);
     EXPECT_EQ(info, 0);
     orgqr(&m, &k, &k, qr.data(), &m, y.tau.data(), w.data(), &lw, &info);
     EXPECT_LE(ref::rel_diff(q, qr), 1e-13);
-    EXPECT_LT(ref::rel_diff(ref::multiply(q, r), a), 1e-14);
   }
   // Less workspace than the best: the unblocked code, the same factors.
   const Mat a = ref::random(500, 300, 9);
@@ -160,23 +133,18 @@ TEST(F08ab, CompactFormAgreesWithReferenceAndAppliesQ) {
     EXPECT_EQ(info, 0);
     EXPECT_LE(ref::rel_diff(x, y), 1e-13);
     EXPECT_LE(ref::rel_diff(tx, ty), 1e-13);
-    // Every side and transposition against the reference; Q^T (Q C) = C.
+    // Every side and transposition against the reference.
     for (char side : {'L', 'R'})
       for (char trans : {'N', 'T'}) {
         const I cm = side == 'L' ? m : 37, cn = side == 'L' ? 29 : m;
         if (side == 'R' && m > n) continue;  // V must have cn = m rows: only m <= n here
-        const Mat c = ref::random(cm, cn, 5);
-        Mat p = c, q = c;
+        Mat p = ref::random(cm, cn, 5), q = p;
         f08acf_(&side, &trans, &cm, &cn, &k, &nb, x.data(), &m, tx.data(), &nb, p.data(), &cm,
                 w.data(), &info, 1, 1);
         gemqrt(&side, &trans, &cm, &cn, &k, &nb, y.data(), &m, ty.data(), &nb, q.data(), &cm,
                w.data(), &rinfo, 1, 1);
         EXPECT_EQ(info, 0);
         EXPECT_LE(ref::rel_diff(p, q), 1e-13) << side << trans;
-        const char back = trans == 'N' ? 'T' : 'N';
-        f08acf_(&side, &back, &cm, &cn, &k, &nb, x.data(), &m, tx.data(), &nb, p.data(), &cm,
-                w.data(), &info, 1, 1);
-        EXPECT_LE(ref::rel_diff(p, c), 1e-14 * m);
       }
   }
 }
