@@ -8,6 +8,7 @@
 #include <functional>
 #include <regex>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "common/testing.hpp"
@@ -35,103 +36,96 @@ std::string fortran_lines(const std::string& c, Integer ifail, const std::string
   return body + exit + " ** ZEB soft failure - control returned\n";
 }
 
-// One routine's arguments, good by default; c() and f() call its entries.
-struct Re {
+// An entry's arguments: arrays by address, scalars by value (C) or by
+// address (Fortran); an output scalar is an array of one.
+template <class T>
+auto c_arg(T& x) {
+  if constexpr (requires { x.data(); }) return x.data();
+  else return x;
+}
+template <class T>
+auto f_arg(T& x) {
+  if constexpr (requires { x.data(); }) return x.data();
+  else return &x;
+}
+// A routine's arguments (A::args(), in the entries' order), good by
+// default; c() and f() call its entries.
+template <class A, auto C, auto F>
+struct Entries {
+  void c(void* h, ZebError* e) {
+    std::apply([&](auto&... x) { C(h, c_arg(x)..., e); }, static_cast<A*>(this)->args());
+  }
+  void f(void** h, Integer* i) {
+    std::apply([&](auto&... x) { F(h, f_arg(x)..., i); }, static_cast<A*>(this)->args());
+  }
+};
+
+struct Re : Entries<Re, e04rec, e04ref_> {
   Integer nvar = kN;
   R cvec = R(kN, 1.0);
-  void c(void* h, ZebError* e) { e04rec(h, nvar, cvec.data(), e); }
-  void f(void** h, Integer* i) { e04ref_(h, &nvar, cvec.data(), i); }
+  auto args() { return std::tie(nvar, cvec); }
 };
-struct Rf {
+struct Rf : Entries<Rf, e04rfc, e04rff_> {
   Integer nnzc = 2, nnzh = 2;
   V idxc{1, 3}, irowh{1, 2}, icolh{1, 4};
   R cc{1, 2}, h{1, 1};
-  void c(void* hd, ZebError* e) {
-    e04rfc(hd, nnzc, idxc.data(), cc.data(), nnzh, irowh.data(), icolh.data(), h.data(), e);
-  }
-  void f(void** hd, Integer* i) {
-    e04rff_(hd, &nnzc, idxc.data(), cc.data(), &nnzh, irowh.data(), icolh.data(), h.data(), i);
-  }
+  auto args() { return std::tie(nnzc, idxc, cc, nnzh, irowh, icolh, h); }
 };
-struct Rg {
+struct Rg : Entries<Rg, e04rgc, e04rgf_> {
   Integer nnzfd = 2;
   V idxfd{1, 4};
-  void c(void* h, ZebError* e) { e04rgc(h, nnzfd, idxfd.data(), e); }
-  void f(void** h, Integer* i) { e04rgf_(h, &nnzfd, idxfd.data(), i); }
+  auto args() { return std::tie(nnzfd, idxfd); }
 };
-struct Rm {
+struct Rm : Entries<Rm, e04rmc, e04rmf_> {
   Integer nres = 3, isparse = 1, nnzrd = 2;
   V irowrd{1, 4}, icolrd{1, 3};
-  void c(void* h, ZebError* e) { e04rmc(h, nres, isparse, nnzrd, irowrd.data(), icolrd.data(), e); }
-  void f(void** h, Integer* i) { e04rmf_(h, &nres, &isparse, &nnzrd, irowrd.data(), icolrd.data(), i); }
+  auto args() { return std::tie(nres, isparse, nnzrd, irowrd, icolrd); }
 };
-struct Rh {
+struct Rh : Entries<Rh, e04rhc, e04rhf_> {
   Integer nvar = kN;
   R bl = R(kN, -1.0), bu = R(kN, 1.0);
-  void c(void* h, ZebError* e) { e04rhc(h, nvar, bl.data(), bu.data(), e); }
-  void f(void** h, Integer* i) { e04rhf_(h, &nvar, bl.data(), bu.data(), i); }
+  auto args() { return std::tie(nvar, bl, bu); }
 };
-struct Rj {
-  Integer nclin = 2, nnzb = 3, idlc = 0;
+struct Rj : Entries<Rj, e04rjc, e04rjf_> {
+  Integer nclin = 2, nnzb = 3;
   R bl{-1, 0}, bu{1, 0}, b{1, 2, 3};
-  V irowb{1, 2, 2}, icolb{1, 1, 4};
-  void c(void* h, ZebError* e) {
-    e04rjc(h, nclin, bl.data(), bu.data(), nnzb, irowb.data(), icolb.data(), b.data(), &idlc, e);
-  }
-  void f(void** h, Integer* i) {
-    e04rjf_(h, &nclin, bl.data(), bu.data(), &nnzb, irowb.data(), icolb.data(), b.data(), &idlc, i);
-  }
+  V irowb{1, 2, 2}, icolb{1, 1, 4}, idlc{0};
+  auto args() { return std::tie(nclin, bl, bu, nnzb, irowb, icolb, b, idlc); }
 };
-struct Rk {
+struct Rk : Entries<Rk, e04rkc, e04rkf_> {
   Integer ncnln = 2, nnzgd = 2;
   R bl{-1, 0}, bu{1, 1e30};
   V irowgd{1, 2}, icolgd{2, 3};
-  void c(void* h, ZebError* e) {
-    e04rkc(h, ncnln, bl.data(), bu.data(), nnzgd, irowgd.data(), icolgd.data(), e);
-  }
-  void f(void** h, Integer* i) {
-    e04rkf_(h, &ncnln, bl.data(), bu.data(), &nnzgd, irowgd.data(), icolgd.data(), i);
-  }
+  auto args() { return std::tie(ncnln, bl, bu, nnzgd, irowgd, icolgd); }
 };
-struct Rl {
+struct Rl : Entries<Rl, e04rlc, e04rlf_> {
   Integer idf = 0, nnzh = 2;
   V irowh{1, 2}, icolh{1, 3};
-  void c(void* h, ZebError* e) { e04rlc(h, idf, nnzh, irowh.data(), icolh.data(), e); }
-  void f(void** h, Integer* i) { e04rlf_(h, &idf, &nnzh, irowh.data(), icolh.data(), i); }
+  auto args() { return std::tie(idf, nnzh, irowh, icolh); }
 };
-struct Rn {
-  Integer nvar = kN, dima = 3, nnzasum = 3, nblk = 2, idblk = 0;
-  V nnza{1, 1, 0, 0, 1}, irowa{1, 2, 3}, icola{1, 2, 3}, blksizea{2, 1};
+struct Rn : Entries<Rn, e04rnc, e04rnf_> {
+  Integer nvar = kN, dima = 3, nnzasum = 3, nblk = 2;
+  V nnza{1, 1, 0, 0, 1}, irowa{1, 2, 3}, icola{1, 2, 3}, blksizea{2, 1}, idblk{0};
   R a{1, 1, 1};
-  void c(void* h, ZebError* e) {
-    e04rnc(h, nvar, dima, nnza.data(), nnzasum, irowa.data(), icola.data(), a.data(), nblk,
-           blksizea.data(), &idblk, e);
-  }
-  void f(void** h, Integer* i) {
-    e04rnf_(h, &nvar, &dima, nnza.data(), &nnzasum, irowa.data(), icola.data(), a.data(), &nblk,
-            blksizea.data(), &idblk, i);
+  auto args() {
+    return std::tie(nvar, dima, nnza, nnzasum, irowa, icola, a, nblk, blksizea, idblk);
   }
 };
-struct Rp {
+struct Rp : Entries<Rp, e04rpc, e04rpf_> {
   Integer idblk = 1, dimq = 3, nq = 2, nnzqsum = 3;
   V qi{1, 2}, qj{2, 2}, nnzq{1, 2}, irowq{1, 1, 3}, icolq{2, 1, 3};
   R q{1, 1, 1};
-  void c(void* h, ZebError* e) {
-    e04rpc(h, idblk, dimq, nq, qi.data(), qj.data(), nnzq.data(), nnzqsum, irowq.data(),
-           icolq.data(), q.data(), e);
-  }
-  void f(void** h, Integer* i) {
-    e04rpf_(h, &idblk, &dimq, &nq, qi.data(), qj.data(), nnzq.data(), &nnzqsum, irowq.data(),
-            icolq.data(), q.data(), i);
-  }
+  auto args() { return std::tie(idblk, dimq, nq, qi, qj, nnzq, nnzqsum, irowq, icolq, q); }
 };
-struct Rb {
+struct Rb {  // the Fortran entry takes the string's length last
   std::string gtype = "quad";
-  Integer lgroup = 3, idgroup = 0;
-  V group{4, 1, 2};
-  void c(void* h, ZebError* e) { e04rbc(h, gtype.c_str(), lgroup, group.data(), &idgroup, e); }
+  Integer lgroup = 3;
+  V group{4, 1, 2}, idgroup{0};
+  void c(void* h, ZebError* e) {
+    e04rbc(h, gtype.c_str(), lgroup, group.data(), idgroup.data(), e);
+  }
   void f(void** h, Integer* i) {
-    e04rbf_(h, gtype.c_str(), &lgroup, group.data(), &idgroup, i, gtype.size());
+    e04rbf_(h, gtype.c_str(), &lgroup, group.data(), idgroup.data(), i, gtype.size());
   }
 };
 
@@ -154,9 +148,9 @@ struct Case {
 // The identifier a routine returns (idlc, idblk, idgroup), if any.
 template <class A>
 Integer id(const A& a) {
-  if constexpr (requires { a.idlc; }) return a.idlc;
-  else if constexpr (requires { a.idgroup; }) return a.idgroup;
-  else if constexpr (requires { a.idblk; }) return a.idblk;
+  if constexpr (requires { a.idlc[0]; }) return a.idlc[0];
+  else if constexpr (requires { a.idgroup[0]; }) return a.idgroup[0];
+  else if constexpr (requires { a.idblk[0]; }) return a.idblk[0];
   return -99;
 }
 
@@ -225,7 +219,7 @@ TEST(Definitions, EveryCheckFromBothEntries) {
        "  Constraint: each element of h must have a unique row and column index."},
   });
   check<Rg>("e04rg", {
-      {[](void* h) { Rk().c(h, nullptr); Rl{1}.c(h, nullptr); }, [](Rg&) {}, 2,
+      {[](void* h) { Rk().c(h, nullptr); Rl{{}, 1}.c(h, nullptr); }, [](Rg&) {}, 2,
        "NE_PHASE:\n  The Hessians of nonlinear functions have already been defined,\n"
        "  a nonlinear objective cannot be added."},
       {none, [](Rg& a) { a.nnzfd = -1; }, 6, "NE_INT:\n  On entry, nnzfd = -1.\n  Constraint: nnzfd >= 0."},
@@ -262,7 +256,7 @@ TEST(Definitions, EveryCheckFromBothEntries) {
   check<Rj>("e04rj", {
       {[](void* h) { Rj().c(h, nullptr); }, [](Rj&) {}, 3,
        "NE_ALREADY_DEFINED:\n  A set of linear constraints has already been defined."},
-      {none, [](Rj& a) { a.idlc = 2; }, 4, "NE_REF_MATCH:\n  On entry, idlc = 2.\n  Constraint: idlc = 0."},
+      {none, [](Rj& a) { a.idlc = {2}; }, 4, "NE_REF_MATCH:\n  On entry, idlc = 2.\n  Constraint: idlc = 0."},
       {none, [](Rj& a) { a.nclin = -1; }, 6, "NE_INT:\n  On entry, nclin = -1.\n  Constraint: nclin >= 0."},
       {none, [](Rj& a) { a.nnzb = 0; }, 6, "NE_INT:\n  On entry, nnzb = 0.\n  Constraint: nnzb > 0."},
       {none, [](Rj& a) { a.nclin = 0, a.nnzb = 1; }, 8,
@@ -302,7 +296,7 @@ TEST(Definitions, EveryCheckFromBothEntries) {
       {[](void* h) { nl_objective(h); Rl().c(h, nullptr); }, [](Rl&) {}, 3,
        "NE_ALREADY_DEFINED:\n  The structure of the Hessian of nonlinear function linked to the given idf\n"
        "  has already been defined."},
-      {[](void* h) { nl_objective(h); Rl{-1}.c(h, nullptr); }, [](Rl&) {}, 3,
+      {[](void* h) { nl_objective(h); Rl{{}, -1}.c(h, nullptr); }, [](Rl&) {}, 3,
        "NE_ALREADY_DEFINED:\n  The structure of the Hessian of the Lagrangian has already been defined."},
       {[](void* h) { nl_objective(h); Rl().c(h, nullptr); }, [](Rl& a) { a.idf = -1; }, 3,
        "NE_ALREADY_DEFINED:\n  The structure of the individual Hessians has already been defined,\n"
@@ -314,7 +308,7 @@ TEST(Definitions, EveryCheckFromBothEntries) {
        "  Constraint: irowh[i-1] <= icolh[i-1] (elements within the upper triangle)."},
   });
   check<Rn>("e04rn", {
-      {none, [](Rn& a) { a.idblk = 1; }, 4, "NE_REF_MATCH:\n  On entry, idblk = 1.\n  Constraint: idblk = 0."},
+      {none, [](Rn& a) { a.idblk = {1}; }, 4, "NE_REF_MATCH:\n  On entry, idblk = 1.\n  Constraint: idblk = 0."},
       {none, [](Rn& a) { a.dima = 0; }, 6, "NE_INT:\n  On entry, dima = 0.\n  Constraint: dima > 0."},
       {none, [](Rn& a) { a.nnza[3] = -1; }, 6,
        "NE_INT:\n  On entry, i = 4, nnza[i-1] = -1.\n  Constraint: nnza[i-1] >= 0."},
@@ -364,11 +358,11 @@ TEST(Definitions, EveryCheckFromBothEntries) {
        "  Constraint: each index pair qi, qj must be unique."},
   });
   check<Rb>("e04rb", {
-      {[](void* h) { Rb{"R", 3, 0, {3, 2, 1}}.c(h, nullptr); }, [](Rb&) {}, 3,
+      {[](void* h) { Rb{"R", 3, {3, 2, 1}}.c(h, nullptr); }, [](Rb&) {}, 3,
        "NE_ALREADY_DEFINED:\n  On entry, variable with index i = 1 has been defined\n"
        "  in a cone in a previous call to this function.\n"
        "  Constraint: each variable may be defined in one cone constraint at most."},
-      {none, [](Rb& a) { a.idgroup = 1; }, 4,
+      {none, [](Rb& a) { a.idgroup = {1}; }, 4,
        "NE_REF_MATCH:\n  The given idgroup does not match with any cone constraint already defined."},
       {none, [](Rb& a) { a.lgroup = -1; }, 5, "NE_INT:\n  On entry, lgroup = -1.\n  Constraint: lgroup >= 0."},
       {none, [](Rb& a) { a.lgroup = 1; }, 5,
@@ -377,7 +371,7 @@ TEST(Definitions, EveryCheckFromBothEntries) {
        "NE_INT:\n  On entry, lgroup = 2.\n  Constraint: lgroup = 0 or lgroup >= 3 for a rotated quadratic cone."},
       {none, [](Rb& a) { a.gtype = "CONE"; }, 6,
        "NE_BAD_PARAM:\n  On entry, gtype = \"CONE\".\n  Constraint: gtype = 'QUAD', 'Q', 'RQUAD' or 'R'."},
-      {none, [](Rb& a) { a.idgroup = -2; }, 7, "NE_INT:\n  On entry, idgroup = -2.\n  Constraint: idgroup >= 0."},
+      {none, [](Rb& a) { a.idgroup = {-2}; }, 7, "NE_INT:\n  On entry, idgroup = -2.\n  Constraint: idgroup >= 0."},
       {none, [](Rb& a) { a.group[1] = 5; }, 8,
        "NE_INVALID_CS:\n  On entry, i = 2, group[i-1] = 5 and\n  n = 4.\n  Constraint: 1 <= group[i-1] <= n."},
       {none, [](Rb& a) { a.group[2] = 4; }, 9,

@@ -3,6 +3,7 @@
 
 #include <cstdio>
 #include <fstream>
+#include <numeric>
 #include <sstream>
 #include <string>
 #include <unistd.h>
@@ -35,6 +36,11 @@ Sdpa read(const std::string& path, Integer maxnvar, Integer maxnblk, Integer max
   return s;
 }
 
+// The sum of the first `count` elements.
+Integer sum(const V& x, Integer count) {
+  return std::accumulate(x.begin(), x.begin() + count, Integer(0));
+}
+
 TEST(Sdpa, EverySdplibProblemReadsAndDefines) {
   const struct {
     const char* file;
@@ -65,19 +71,15 @@ TEST(Sdpa, EverySdplibProblemReadsAndDefines) {
     Integer mat, blk, i, j;
     double v;
     ls >> mat >> blk >> i >> j >> v;
-    Integer end = 0, off = 0;
-    for (Integer k = 0; k <= mat; ++k) end += s.nnza[size_t(k)];
-    for (Integer b = 1; b < blk; ++b) off += s.blk[size_t(b - 1)];
-    EXPECT_EQ(s.irow[size_t(end - 1)], off + i);
-    EXPECT_EQ(s.icol[size_t(end - 1)], off + j);
-    EXPECT_EQ(s.a[size_t(end - 1)], mat == 0 ? -v : v);
+    const size_t end = size_t(sum(s.nnza, mat + 1) - 1);
+    EXPECT_EQ(s.irow[end], sum(s.blk, blk - 1) + i);
+    EXPECT_EQ(s.icol[end], sum(s.blk, blk - 1) + j);
+    EXPECT_EQ(s.a[end], mat == 0 ? -v : v);
     // The arrays are what e04rn takes.
     void* h = nullptr;
     e04rac(&h, s.nvar, nullptr);
-    Integer dima = 0, idblk = 0;
-    for (Integer b = 0; b < s.nblk; ++b) dima += s.blk[size_t(b)];
-    Integer total = 0;
-    for (Integer k = 0; k <= s.nvar; ++k) total += s.nnza[size_t(k)];
+    const Integer dima = sum(s.blk, s.nblk), total = sum(s.nnza, s.nvar + 1);
+    Integer idblk = 0;
     EXPECT_EQ(total, f.elements);
     e04rnc(h, s.nvar, dima, s.nnza.data(), total, s.irow.data(), s.icol.data(), s.a.data(), s.nblk,
            s.blk.data(), &idblk, &s.fail);

@@ -88,24 +88,16 @@ contains
     hx = [1200*x(1)**2 - 400*x(2) + 2, -400*x(1), 220.2d0, 19.8d0, &
           1080*x(3)**2 - 360*x(4) + 2, -360*x(3), 200.2d0]
   end subroutine h038
+  ! A monitor that asks the solver to stop at iteration iuser(1) (0: never).
   subroutine mon(nvar, x, inform, rinfo, stats, iuser, ruser, cpuser)
-    integer(kind=8), intent(in) :: nvar
-    real(kind=8), intent(in) :: x(nvar), rinfo(100), stats(100)
-    integer(kind=8), intent(inout) :: inform, iuser(*)
-    real(kind=8), intent(inout) :: ruser(*)
-    type(c_ptr), intent(in) :: cpuser
-    iuser(1) = iuser(1) + 1
-  end subroutine mon
-  ! A monitor that asks the solver to stop at the second iteration.
-  subroutine stopper(nvar, x, inform, rinfo, stats, iuser, ruser, cpuser)
     use zeb, only: p01stf
     integer(kind=8), intent(in) :: nvar
     real(kind=8), intent(in) :: x(nvar), rinfo(100), stats(100)
     integer(kind=8), intent(inout) :: inform, iuser(*)
     real(kind=8), intent(inout) :: ruser(*)
     type(c_ptr), intent(in) :: cpuser
-    if (stats(1) >= 2) call p01stf(-3_8)
-  end subroutine stopper
+    if (iuser(1) > 0 .and. stats(1) >= iuser(1)) call p01stf(-3_8)
+  end subroutine mon
 end module optim_hs_functions
 
 program optim_hs
@@ -131,13 +123,15 @@ program optim_hs
   call e04stf(h, f006, g006, c006, j006, h006, mon, 2_8, x2, 6_8, u, rinfo, stats, iuser, &
               ruser, c_null_ptr, ifail)
   call report('HS006', x2)
-  ! Again from the start, stopped by the monitor through p01stf.
+  ! Again from the start, stopped by the monitor at the second iteration.
   x2 = [-1.2d0, 1d0]
   ifail = 1
-  call e04stf(h, f006, g006, c006, j006, h006, stopper, 2_8, x2, 6_8, u, rinfo, stats, iuser, &
+  iuser = 2
+  call e04stf(h, f006, g006, c006, j006, h006, mon, 2_8, x2, 6_8, u, rinfo, stats, iuser, &
               ruser, c_null_ptr, ifail)
   write (*, '(a, 1x, i0, 1x, i0)') 'STOPPED', ifail, int(stats(1))
   ifail = 0
+  iuser = 0
   call e04rzf(h, ifail)
 
   ! HS038
