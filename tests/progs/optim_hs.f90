@@ -9,24 +9,55 @@ module optim_hs_functions
   use iso_c_binding, only: c_ptr
   implicit none
 contains
-  subroutine f006(nvar, x, fx, inform, iuser, ruser, cpuser)
+  ! The objective, its gradient and its Hessian are those of HS006 when
+  ! nvar = 2 and of HS038 when nvar = 4.
+  subroutine fun(nvar, x, fx, inform, iuser, ruser, cpuser)
     integer(kind=8), intent(in) :: nvar
     real(kind=8), intent(in) :: x(nvar)
     real(kind=8), intent(out) :: fx
     integer(kind=8), intent(inout) :: inform, iuser(*)
     real(kind=8), intent(inout) :: ruser(*)
     type(c_ptr), intent(in) :: cpuser
-    fx = (1 - x(1))**2
-  end subroutine f006
-  subroutine g006(nvar, x, nnzfd, fdx, inform, iuser, ruser, cpuser)
+    if (nvar == 2) then
+      fx = (1 - x(1))**2
+    else
+      fx = 100*(x(2) - x(1)**2)**2 + (1 - x(1))**2 + 90*(x(4) - x(3)**2)**2 + (1 - x(3))**2 &
+           + 10.1d0*((x(2) - 1)**2 + (x(4) - 1)**2) + 19.8d0*(x(2) - 1)*(x(4) - 1)
+    end if
+  end subroutine fun
+  subroutine grd(nvar, x, nnzfd, fdx, inform, iuser, ruser, cpuser)
     integer(kind=8), intent(in) :: nvar, nnzfd
     real(kind=8), intent(in) :: x(nvar)
     real(kind=8), intent(inout) :: fdx(nnzfd)
     integer(kind=8), intent(inout) :: inform, iuser(*)
     real(kind=8), intent(inout) :: ruser(*)
     type(c_ptr), intent(in) :: cpuser
-    fdx(1) = -2*(1 - x(1))
-  end subroutine g006
+    if (nvar == 2) then
+      fdx(1) = -2*(1 - x(1))  ! x1 only
+    else
+      fdx = [-400*x(1)*(x(2) - x(1)**2) - 2*(1 - x(1)), &
+             200*(x(2) - x(1)**2) + 20.2d0*(x(2) - 1) + 19.8d0*(x(4) - 1), &
+             -360*x(3)*(x(4) - x(3)**2) - 2*(1 - x(3)), &
+             180*(x(4) - x(3)**2) + 20.2d0*(x(4) - 1) + 19.8d0*(x(2) - 1)]
+    end if
+  end subroutine grd
+  ! HS006: the Lagrangian's, (1,1); HS038: the objective's, (1,1) (1,2)
+  ! (2,2) (2,4) (3,3) (3,4) (4,4).
+  subroutine hes(nvar, x, ncnln, idf, sigma, lambda, nnzh, hx, inform, iuser, ruser, cpuser)
+    integer(kind=8), intent(in) :: nvar, ncnln, idf, nnzh
+    real(kind=8), intent(in) :: x(nvar), sigma, lambda(ncnln)
+    real(kind=8), intent(inout) :: hx(nnzh)
+    integer(kind=8), intent(inout) :: inform, iuser(*)
+    real(kind=8), intent(inout) :: ruser(*)
+    type(c_ptr), intent(in) :: cpuser
+    if (nvar == 2) then
+      hx(1) = 2*sigma - 20*lambda(1)
+    else
+      hx = [1200*x(1)**2 - 400*x(2) + 2, -400*x(1), 220.2d0, 19.8d0, &
+            1080*x(3)**2 - 360*x(4) + 2, -360*x(3), 200.2d0]
+    end if
+  end subroutine hes
+  ! HS006's constraint and its Jacobian.
   subroutine c006(nvar, x, ncnln, gx, inform, iuser, ruser, cpuser)
     integer(kind=8), intent(in) :: nvar, ncnln
     real(kind=8), intent(in) :: x(nvar)
@@ -45,49 +76,6 @@ contains
     type(c_ptr), intent(in) :: cpuser
     gdx = [-20*x(1), 10d0]
   end subroutine j006
-  subroutine h006(nvar, x, ncnln, idf, sigma, lambda, nnzh, hx, inform, iuser, ruser, cpuser)
-    integer(kind=8), intent(in) :: nvar, ncnln, idf, nnzh
-    real(kind=8), intent(in) :: x(nvar), sigma, lambda(ncnln)
-    real(kind=8), intent(inout) :: hx(nnzh)
-    integer(kind=8), intent(inout) :: inform, iuser(*)
-    real(kind=8), intent(inout) :: ruser(*)
-    type(c_ptr), intent(in) :: cpuser
-    hx(1) = 2*sigma - 20*lambda(1)
-  end subroutine h006
-
-  subroutine f038(nvar, x, fx, inform, iuser, ruser, cpuser)
-    integer(kind=8), intent(in) :: nvar
-    real(kind=8), intent(in) :: x(nvar)
-    real(kind=8), intent(out) :: fx
-    integer(kind=8), intent(inout) :: inform, iuser(*)
-    real(kind=8), intent(inout) :: ruser(*)
-    type(c_ptr), intent(in) :: cpuser
-    fx = 100*(x(2) - x(1)**2)**2 + (1 - x(1))**2 + 90*(x(4) - x(3)**2)**2 + (1 - x(3))**2 &
-         + 10.1d0*((x(2) - 1)**2 + (x(4) - 1)**2) + 19.8d0*(x(2) - 1)*(x(4) - 1)
-  end subroutine f038
-  subroutine g038(nvar, x, nnzfd, fdx, inform, iuser, ruser, cpuser)
-    integer(kind=8), intent(in) :: nvar, nnzfd
-    real(kind=8), intent(in) :: x(nvar)
-    real(kind=8), intent(inout) :: fdx(nnzfd)
-    integer(kind=8), intent(inout) :: inform, iuser(*)
-    real(kind=8), intent(inout) :: ruser(*)
-    type(c_ptr), intent(in) :: cpuser
-    fdx = [-400*x(1)*(x(2) - x(1)**2) - 2*(1 - x(1)), &
-           200*(x(2) - x(1)**2) + 20.2d0*(x(2) - 1) + 19.8d0*(x(4) - 1), &
-           -360*x(3)*(x(4) - x(3)**2) - 2*(1 - x(3)), &
-           180*(x(4) - x(3)**2) + 20.2d0*(x(4) - 1) + 19.8d0*(x(2) - 1)]
-  end subroutine g038
-  ! (1,1) (1,2) (2,2) (2,4) (3,3) (3,4) (4,4)
-  subroutine h038(nvar, x, ncnln, idf, sigma, lambda, nnzh, hx, inform, iuser, ruser, cpuser)
-    integer(kind=8), intent(in) :: nvar, ncnln, idf, nnzh
-    real(kind=8), intent(in) :: x(nvar), sigma, lambda(ncnln)
-    real(kind=8), intent(inout) :: hx(nnzh)
-    integer(kind=8), intent(inout) :: inform, iuser(*)
-    real(kind=8), intent(inout) :: ruser(*)
-    type(c_ptr), intent(in) :: cpuser
-    hx = [1200*x(1)**2 - 400*x(2) + 2, -400*x(1), 220.2d0, 19.8d0, &
-          1080*x(3)**2 - 360*x(4) + 2, -360*x(3), 200.2d0]
-  end subroutine h038
   ! A monitor that asks the solver to stop at iteration iuser(1) (0: never).
   subroutine mon(nvar, x, inform, rinfo, stats, iuser, ruser, cpuser)
     use zeb, only: p01stf
@@ -120,14 +108,14 @@ program optim_hs
   call e04zmf(h, 'Print Level = 0', ifail)
   x2 = [-1.2d0, 1d0]
   iuser = 0
-  call e04stf(h, f006, g006, c006, j006, h006, mon, 2_8, x2, 6_8, u, rinfo, stats, iuser, &
+  call e04stf(h, fun, grd, c006, j006, hes, mon, 2_8, x2, 6_8, u, rinfo, stats, iuser, &
               ruser, c_null_ptr, ifail)
   call report('HS006', x2)
   ! Again from the start, stopped by the monitor at the second iteration.
   x2 = [-1.2d0, 1d0]
   ifail = 1
   iuser = 2
-  call e04stf(h, f006, g006, c006, j006, h006, mon, 2_8, x2, 6_8, u, rinfo, stats, iuser, &
+  call e04stf(h, fun, grd, c006, j006, hes, mon, 2_8, x2, 6_8, u, rinfo, stats, iuser, &
               ruser, c_null_ptr, ifail)
   write (*, '(a, 1x, i0, 1x, i0)') 'STOPPED', ifail, int(stats(1))
   ifail = 0
@@ -143,7 +131,7 @@ program optim_hs
               4_8], ifail)
   call e04zmf(h, 'Print Level = 0', ifail)
   x4 = [-3d0, -1d0, -3d0, -1d0]
-  call e04stf(h, f038, g038, c006, j006, h038, mon, 4_8, x4, 8_8, u, rinfo, stats, iuser, &
+  call e04stf(h, fun, grd, c006, j006, hes, mon, 4_8, x4, 8_8, u, rinfo, stats, iuser, &
               ruser, c_null_ptr, ifail)
   call report('HS038', x4)
   call e04rzf(h, ifail)
@@ -162,7 +150,7 @@ program optim_hs
               [1d0, 2d0, 1d0, 1d0, 3d0, 1d0, 2d0, -1d0, 1d0, 4d0], idlc, ifail)
   call e04zmf(h, 'Print Level = 0', ifail)
   x4 = 0.5d0
-  call e04stf(h, f038, g038, c006, j006, h038, mon, 4_8, x4, 14_8, u, rinfo, stats, iuser, &
+  call e04stf(h, fun, grd, c006, j006, hes, mon, 4_8, x4, 14_8, u, rinfo, stats, iuser, &
               ruser, c_null_ptr, ifail)
   call report('HS076', x4)
   call e04rzf(h, ifail)
