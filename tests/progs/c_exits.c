@@ -22,6 +22,12 @@ int main(int argc, char **argv) {
     fail.print = 1;
     s14abc(&fail, -1.0);
     printf("code %d\n", fail.code);
+  } else if (!strcmp(mode, "heading")) { /* chosen by NE in the first five characters */
+    const char *messages[] = {"NW_X:\n  w", "  NE_Y", "1234NE", "123NE"};
+    int i;
+    fail.print = 1;
+    for (i = 0; i < 4; ++i) p01acc_c(messages[i], NE_INT, "x", &fail);
+    printf("code %d %s\n", fail.code, fail.message);
   } else if (!strcmp(mode, "handler")) {
     fail.handler = handler;
     s14abc(&fail, 2.0); /* success reaches the handler too */
