@@ -1,10 +1,11 @@
 // s14aa: the gamma function Gamma(x); s14ab: ln Gamma(x) for x > 0.
-#include <emmintrin.h>
+#include <immintrin.h>
 
 #include <cmath>
 
 #include "frame/layers.hpp"
 #include "frame/machine.hpp"
+#include "special/gamma.hpp"
 #include "special/special.def"
 #include "zeb/special.h"
 
@@ -81,55 +82,139 @@ inline double polynomial(const double* c, double t) {
 // The expansion of Gamma(1 + g) at t = 2g - 1.
 inline double expansion(double t) { return polynomial<kSet.n, 4>(kSet.c, t); }
 
-// b (b + 1) ... (b + count - 1) for factors of one sign and at least 1 in
-// magnitude, in extended precision (64-bit significand).  The factors of a
-// block b ... b + L pair up from the outside in, (b + j)(b + L - j) =
-// u + j (L - j) with u = b (b + L) > 0: sixteen factors take 18 operations
-// instead of 16 multiplications and their additions, and nothing cancels.
-// Every rounding is 2^-11 of the result's last bit, so the product of up
-// to 170 factors stays far below it.
-inline long double rising(long double b, int count) {
-  long double f0 = 1.0L, f1 = 1.0L;
-  for (; count >= 16; count -= 16, b += 16.0L) {
-    const long double u = b * (b + 15.0L);
-    f0 *= (u * (u + 14.0L)) * ((u + 26.0L) * (u + 36.0L));
-    f1 *= ((u + 44.0L) * (u + 50.0L)) * ((u + 54.0L) * (u + 56.0L));
-  }
-  if (count >= 8) {
-    const long double u = b * (b + 7.0L);
-    f0 *= (u * (u + 6.0L)) * ((u + 10.0L) * (u + 12.0L));
-    count -= 8;
-    b += 8.0L;
-  }
-  if (count >= 4) {
-    const long double u = b * (b + 3.0L);
-    f1 *= u * (u + 2.0L);
-    count -= 4;
-    b += 4.0L;
-  }
-  for (; count > 0; --count, b += 1.0L) f0 *= b;
-  return f0 * f1;
+// (p, e) times (q, qe), dropping e qe: the exact error of h = p q and the
+// cross terms are formed side by side.
+inline void dd_mul(double& p, double& e, double q, double qe) {
+  const double h = p * q, cross = std::fma(p, qe, e * q);
+  e = cross + std::fma(p, q, -h);
+  p = h;
 }
 
+}  // namespace
+
+// The product d b (b + 1) ... (b + count - 1) of a double-double d and
+// exact doubles, as a double-double with a relative error near count 2^-106.
+// Eight running products (lane i takes the factors b + i, b + i + 8, ...;
+// lane 0 starts from d, the others from 1) are each a pair (p, e) multiplied
+// by a factor f as h = p f, e = fma(e, f, fma(p, f, -h)), p = h, where
+// fma(p, f, -h) is the exact error of h; the lanes then combine i with
+// i + 4, i with i + 2, and 0 with 1 (dd_mul).  The AVX2 form and the
+// portable form perform these operations in this order, each rounded once,
+// so the value does not depend on the processor.
+#define ZEB_AVX2_FMA __attribute__((target("avx2,fma")))
+
+namespace zeb::special {
+
+Dd product_portable(Dd d, double b, int count) {
+  double p[8], e[8], f[8];
+  for (int i = 0; i < 8; ++i) p[i] = 1.0, e[i] = 0.0, f[i] = b + i;
+  p[0] = d.hi, e[0] = d.lo;
+  for (; count > 0; count -= 8)
+    for (int i = 0; i < 8 && i < count; ++i) {
+      const double h = p[i] * f[i];
+      e[i] = std::fma(e[i], f[i], std::fma(p[i], f[i], -h));
+      p[i] = h;
+      f[i] += 8.0;
+    }
+  for (int w = 4; w >= 1; w /= 2)
+    for (int i = 0; i < w; ++i) dd_mul(p[i], e[i], p[i + w], e[i + w]);
+  return {p[0], e[0]};
+}
+
+namespace {
+
+ZEB_AVX2_FMA inline void lanes_step(__m256d& p, __m256d& e, __m256d f) {
+  const __m256d h = _mm256_mul_pd(p, f);
+  e = _mm256_fmadd_pd(e, f, _mm256_fmsub_pd(p, f, h));
+  p = h;
+}
+
+ZEB_AVX2_FMA inline void lanes_mul(__m256d& p, __m256d& e, __m256d q, __m256d qe) {
+  const __m256d h = _mm256_mul_pd(p, q), cross = _mm256_fmadd_pd(p, qe, _mm256_mul_pd(e, q));
+  e = _mm256_add_pd(cross, _mm256_fmsub_pd(p, q, h));
+  p = h;
+}
+
+}  // namespace
+
+ZEB_AVX2_FMA Dd product_avx2(Dd d, double b, int count) {
+  const __m256d one = _mm256_set1_pd(1.0), eight = _mm256_set1_pd(8.0);
+  const __m256d i0 = _mm256_set_pd(3.0, 2.0, 1.0, 0.0), i1 = _mm256_set_pd(7.0, 6.0, 5.0, 4.0);
+  __m256d f0 = _mm256_add_pd(_mm256_set1_pd(b), i0), f1 = _mm256_add_pd(_mm256_set1_pd(b), i1);
+  __m256d p0 = _mm256_set_pd(1.0, 1.0, 1.0, d.hi), p1 = one;
+  __m256d e0 = _mm256_set_pd(0.0, 0.0, 0.0, d.lo), e1 = _mm256_setzero_pd();
+  for (; count >= 8; count -= 8) {
+    lanes_step(p0, e0, f0);
+    lanes_step(p1, e1, f1);
+    f0 = _mm256_add_pd(f0, eight);
+    f1 = _mm256_add_pd(f1, eight);
+  }
+  // The last factors: lanes i >= count multiply by 1, which changes nothing.
+  const __m256d c = _mm256_set1_pd(double(count));
+  lanes_step(p0, e0, _mm256_blendv_pd(one, f0, _mm256_cmp_pd(i0, c, _CMP_LT_OQ)));
+  lanes_step(p1, e1, _mm256_blendv_pd(one, f1, _mm256_cmp_pd(i1, c, _CMP_LT_OQ)));
+  lanes_mul(p0, e0, p1, e1);
+  lanes_mul(p0, e0, _mm256_permute2f128_pd(p0, p0, 1), _mm256_permute2f128_pd(e0, e0, 1));
+  lanes_mul(p0, e0, _mm256_permute_pd(p0, 5), _mm256_permute_pd(e0, 5));
+  return {_mm256_cvtsd_f64(p0), _mm256_cvtsd_f64(e0)};
+}
+
+bool have_avx2_fma() {
+  __builtin_cpu_init();
+  return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
+}
+
+}  // namespace zeb::special
+
+namespace {
+
+using zeb::special::Dd;
+
 // Gamma(x) where no failure applies: NaN, 2.23e-308 <= abs(x) <= 170 and x
-// not a negative whole number.  The recurrence's product is formed in
-// extended precision and rounded once with the result.
-inline double gamma_value(double x) {
+// not a negative whole number.  Every factor of the recurrence is an exact
+// double; their product is formed as a double-double and rounded once with
+// the result.  Compiled twice, with the AVX2 product and with the portable
+// one (the fused operations are instructions in the first and calls in the
+// second); the two give the same value.
+template <Dd (*product)(Dd, double, int)>
+inline __attribute__((always_inline)) double gamma_of(double x) {
   if (x != x) return x;
   if (std::fabs(x) <= kGammaSmall) return 1.0 / x;
   const double n = std::trunc(x);
   if (x >= 1.0) {
     // Gamma(x) = (1 + g)(2 + g) ... (k + g) Gamma(1 + g), k = n - 1, g = x - n.
-    const double g = x - n;
-    return double(rising(1.0L + g, int(n) - 1) * expansion(2.0 * g - 1.0));
+    const double g = x - n, e = expansion(2.0 * g - 1.0);
+    if (n == 1.0) return e;
+    const Dd p = product(Dd{1.0, 0.0}, 1.0 + g, int(n) - 1);
+    const double lo = p.lo * e;
+    return std::fma(p.hi, e, lo);
   }
   if (x > 0.0) return expansion(2.0 * x - 1.0) / x;
-  // Gamma(x) = Gamma(1 + g) / (x (x + 1) ... (x + m)), m = 1 - n, g = x + m:
-  // the last two factors lie inside (-1, 1) and are formed from x itself
-  // (g may round to 1 for x near -0).
+  // Gamma(x) = Gamma(1 + g) / (x (x + 1) ... (x + m)), m = 1 - n, g = x + m.
+  // The factors down to x + m - 2 are at least 1 in magnitude; the last two
+  // are a = x - n in (-1, 0) and a + 1 = s + t exactly (s rounded, since a
+  // may be tiny), taken as a (s + t).
   const int m = 1 - int(n);
-  const long double xl = x, d = rising(xl, m - 1) * (xl + (m - 1)) * (xl + m);
-  return double(expansion(2.0 * (x - (n - 1.0)) - 1.0) / d);
+  const double a = x - n, s = 1.0 + a, t = a - (s - 1.0);
+  const double ah = a * s, at = a * t;
+  Dd d{ah, std::fma(a, s, -ah) + at};
+  if (m > 1) d = product(d, x, m - 1);
+  // e / (d.hi + d.lo): the quotient q of e by d.hi, its exact remainder r,
+  // and the correction for d.lo, scaled by 1 / d.hi formed alongside q.
+  const double e = expansion(2.0 * (x - (n - 1.0)) - 1.0), q = e / d.hi, inv = 1.0 / d.hi;
+  const double r = std::fma(-q, d.hi, e), c = q * d.lo;
+  const double corr = (r - c) * inv;
+  return q + corr;
+}
+
+ZEB_AVX2_FMA double gamma_avx2(double x) { return gamma_of<zeb::special::product_avx2>(x); }
+double gamma_portable(double x) { return gamma_of<zeb::special::product_portable>(x); }
+
+#undef ZEB_AVX2_FMA
+
+inline double gamma_value(double x) {
+  static const bool avx2 = zeb::special::have_avx2_fma();
+  return avx2 ? gamma_avx2(x) : gamma_portable(x);
 }
 
 // The engine's value where it does not fail (ok), for the quick return.
