@@ -293,7 +293,6 @@ TEST(F07ad, RowAndColumnMajorGiveTheSameFactorisation) {
     f07adc(Zeb_RowMajor, m, n, row.data(), n + 1, p2.data(), &f2);
     EXPECT_TRUE(f1.code == NE_NOERROR && f2.code == NE_NOERROR);
     EXPECT_EQ(p1, p2);
-    EXPECT_EQ(p1, reference(a).ipiv);
     for (I i = 0; i < m; ++i)
       for (I j = 0; j <= n; ++j) ASSERT_EQ(row(j, i), j < n ? col(i, j) : -1.0) << i << " " << j;
   }
