@@ -4,6 +4,7 @@
 
 #include <dlfcn.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -167,12 +168,14 @@ ZEB_API void f06aazn_(ZebEnData* en, const char* srname, const int64_t* info,
 
 // Block sizes of the blocked engines, measured on this library's BLAS with
 // the block-size sweeps of bench/linalg.cpp (OpenBLAS 0.3.21, 2-core AVX-512
-// machine shared with other work, so within some 10 percent):
-//   F07ADFN  64: panels factored column by column; n = 1000 and 2000, one
-//            and two threads: 48 and 64 alike within 2 percent, 32 slower
-//            at n = 2000, 96 slower by 3 to 7 percent; again with the
-//            panel's own register kernels (two threads, Haswell and
-//            SkylakeX cores): 48 to 128 within 3 percent, 192 slower;
+// machine shared with other work, so within some 5 percent):
+//   F07ADFN  96, and 128 from min(m, n) = 2000 on: with the panel's own
+//            register kernels, against 64 (medians of 3, ms): n = 1000 one
+//            thread 16.8 / 19.1, two 12.4 / 12.7; n = 2000 one thread 128
+//            (96: 127) / 141, two 78.4 (96: 82.4) / 82.4; n = 4000 two
+//            threads 587 (96: 582) / 600; 192 and 256 slower throughout.
+//            The trailing update's passes over memory fall with the block,
+//            the serial panel's work grows with it.
 //   F08AEFN, F08AFFN  32: 32 and 64 alike within the noise.
 // ZEB_NB_<NAME> in the environment (ZEB_NB_F07ADFN=96) replaces a value,
 // for tuning.
@@ -181,8 +184,10 @@ ZEB_API int64_t f07zazn_(const char* name, const int64_t* m, const int64_t* n,
   struct Row {
     const char* name;
     int64_t nb;
+    int64_t large_from, nb_large;  // the block from min(m, n) = large_from on
   };
-  static const Row kTable[] = {{"F07ADFN", 64}, {"F08AEFN", 32}, {"F08AFFN", 32}};
+  static const Row kTable[] = {
+      {"F07ADFN", 96, 2000, 128}, {"F08AEFN", 32, 0, 32}, {"F08AFFN", 32, 0, 32}};
   char key[32];
   const int len = int(name_len < 16 ? name_len : 16);
   std::snprintf(key, sizeof key, "ZEB_NB_%.*s", len, name);
@@ -190,11 +195,10 @@ ZEB_API int64_t f07zazn_(const char* name, const int64_t* m, const int64_t* n,
     const long nb = std::strtol(v, nullptr, 10);
     if (nb > 0) return nb;
   }
-  (void)m;
-  (void)n;
+  const int64_t k = std::min(*m, *n);
   for (const Row& r : kTable)
     if (std::strlen(r.name) == size_t(len) && std::strncmp(r.name, name, size_t(len)) == 0)
-      return r.nb;
+      return r.large_from > 0 && k >= r.large_from ? r.nb_large : r.nb;
   return 32;
 }
 
