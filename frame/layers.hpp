@@ -420,24 +420,23 @@ inline void call_real1(RealFn1 f, ZebEnData* en, const double* x, double* value)
 // fx)` is the call through the traced shim (its status); when the
 // marshalling function is the library's own internal shim (`internal`) and
 // en allows direct calls, the shims come down to calling the user function
-// directly, and eval does that itself, falling back to the shim whenever
-// the trace is on.  The user-stop request is tested after every call.
+// directly, and eval does that itself unless the trace is on (the switch is
+// read once, as the engine starts its calls).  The user-stop request is
+// tested after every call.
 template <class Shim, class Body>
 inline void with_real1(bool internal, ZebEnData* en, RealFn1 f, Shim&& shim, Body&& body) {
   auto through_shims = [&](double x, double& fx) { return shim(x, fx) == 0; };
-  if (!internal || en->direct_call != 1) {
+  if (!internal || en->direct_call != 1 || trace::on()) {
     body(through_shims);
   } else if (en->host_function == nullptr) {
-    body([&through_shims, f, en](double x, double& fx) {
-      if (__builtin_expect(trace::on(), 0)) return through_shims(x, fx);
+    body([f, en](double x, double& fx) {
       fx = f(&x);
       return en->user_stop == 0;
     });
   } else {
     const RealFnC cf = reinterpret_cast<RealFnC>(en->host_function);
     Zeb_Comm* const comm = static_cast<Zeb_Comm*>(en->host_handle1);
-    body([&through_shims, cf, comm, en](double x, double& fx) {
-      if (__builtin_expect(trace::on(), 0)) return through_shims(x, fx);
+    body([cf, comm, en](double x, double& fx) {
       fx = cf(x, comm);
       if (__builtin_expect(comm->flag < 0, 0)) en->user_stop = comm->flag;
       return en->user_stop == 0;
