@@ -9,6 +9,7 @@
 #include <cstring>
 #include <vector>
 
+#include "frame/cpu.hpp"
 #include "frame/layers.hpp"
 #include "frame/machine.hpp"
 #include "linalg/blas.hpp"
@@ -112,9 +113,8 @@ void getf2_dger(I m, I n, double* a, I lda, I* ipiv, I* info) {
 // Used when the processor has FMA and a probe of the BLAS's dger finds one
 // of those roundings; otherwise the panel calls dger.
 constexpr I kSteps = 8;
-#define ZEB_FMA __attribute__((target("avx2,fma")))
 
-ZEB_FMA inline double update(bool fused, double a, double u, double l) {
+ZEB_AVX2_FMA inline double update(bool fused, double a, double u, double l) {
   if (fused) return std::fma(-u, l, a);
   double t = -u * l;
   __asm__("" : "+x"(t));  // rounded on its own, not contracted into the sum
@@ -124,7 +124,7 @@ ZEB_FMA inline double update(bool fused, double a, double u, double l) {
 // Steps k0 .. k1-1, in order and fused, on rows lo .. hi-1 of columns
 // c0 .. c1-1: eight rows of four columns, or sixteen rows of one, at a time
 // in registers, as dger's a + (-u) l.
-ZEB_FMA void steps(double* a, I lda, I k0, I k1, I lo, I hi, I c0, I c1) {
+ZEB_AVX2_FMA void steps(double* a, I lda, I k0, I k1, I lo, I hi, I c0, I c1) {
   I c = c0;
   for (; c + 4 <= c1; c += 4) {
     double* x0 = a + c * lda;
@@ -203,8 +203,8 @@ struct Scratch {
 // Steps k0 .. se-1 on columns c0 .. c1-1 of an m-row panel whose swaps of
 // steps k0 .. sw-1 they have already taken: rows k0+1 .. rb-1 (rows of U)
 // take the steps above them, rows rb .. m-1 all of them.
-ZEB_FMA void apply_steps(I m, double* a, I lda, const I* ipiv, I k0, I sw, I se, I rb, I c0,
-                         I c1, Scratch& w) {
+ZEB_AVX2_FMA void apply_steps(I m, double* a, I lda, const I* ipiv, I k0, I sw, I se, I rb,
+                              I c0, I c1, Scratch& w) {
   if (se <= k0 || c0 >= c1) return;
   const I ns = se - k0, tail = m - w.b + 1;
   std::vector<I>& odd = w.odd;
@@ -266,7 +266,7 @@ ZEB_FMA void apply_steps(I m, double* a, I lda, const I* ipiv, I k0, I sw, I se,
   }
 }
 
-ZEB_FMA void getf2_fma(I m, I n, double* a, I lda, I* ipiv, I* info, I b) {
+ZEB_AVX2_FMA void getf2_fma(I m, I n, double* a, I lda, I* ipiv, I* info, I b) {
   const I kk = std::min(m, n);
   Scratch w;
   w.b = b;
@@ -289,13 +289,10 @@ ZEB_FMA void getf2_fma(I m, I n, double* a, I lda, I* ipiv, I* info, I b) {
   }
 }
 
-#undef ZEB_FMA
-
 // B for the BLAS's dger, or 0 when it rounds neither way: with x = y =
 // 1 + 2^-30 and a = 1 + 2^-29, a - x y is -2^-60 fused and 0 otherwise.
 I dger_fused_rows() {
-  __builtin_cpu_init();
-  if (!__builtin_cpu_supports("avx2") || !__builtin_cpu_supports("fma")) return 0;
+  if (!zeb::cpu::avx2_fma()) return 0;
   const double t = 1.0 + 0x1p-30, s = 1.0 + 0x1p-29;
   std::vector<double> a, x, y(3, t);
   bool b1 = true, b16 = true;

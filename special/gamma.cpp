@@ -3,6 +3,7 @@
 
 #include <cmath>
 
+#include "frame/cpu.hpp"
 #include "frame/layers.hpp"
 #include "frame/machine.hpp"
 #include "special/gamma.hpp"
@@ -101,8 +102,6 @@ inline void dd_mul(double& p, double& e, double q, double qe) {
 // i + 4, i with i + 2, and 0 with 1 (dd_mul).  The AVX2 form and the
 // portable form perform these operations in this order, each rounded once,
 // so the value does not depend on the processor.
-#define ZEB_AVX2_FMA __attribute__((target("avx2,fma")))
-
 namespace zeb::special {
 
 Dd product_portable(Dd d, double b, int count) {
@@ -159,11 +158,6 @@ ZEB_AVX2_FMA Dd product_avx2(Dd d, double b, int count) {
   return {_mm256_cvtsd_f64(p0), _mm256_cvtsd_f64(e0)};
 }
 
-bool have_avx2_fma() {
-  __builtin_cpu_init();
-  return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
-}
-
 }  // namespace zeb::special
 
 namespace {
@@ -210,10 +204,8 @@ inline __attribute__((always_inline)) double gamma_of(double x) {
 ZEB_AVX2_FMA double gamma_avx2(double x) { return gamma_of<zeb::special::product_avx2>(x); }
 double gamma_portable(double x) { return gamma_of<zeb::special::product_portable>(x); }
 
-#undef ZEB_AVX2_FMA
-
 inline double gamma_value(double x) {
-  static const bool avx2 = zeb::special::have_avx2_fma();
+  static const bool avx2 = zeb::cpu::avx2_fma();
   return avx2 ? gamma_avx2(x) : gamma_portable(x);
 }
 

@@ -1,6 +1,6 @@
 // The product of gamma's recurrence in its two compiled forms, for the test
 // that they agree bit for bit: the AVX2/FMA form (call it only where
-// have_avx2_fma() holds) and the portable one.
+// zeb::cpu::avx2_fma() holds) and the portable one.
 #pragma once
 
 namespace zeb::special {
@@ -14,6 +14,5 @@ struct Dd {
 // at least 1 in magnitude, 0 < count <= 170.
 Dd product_avx2(Dd d, double b, int count);
 Dd product_portable(Dd d, double b, int count);
-bool have_avx2_fma();
 
 }  // namespace zeb::special

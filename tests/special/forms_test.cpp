@@ -8,11 +8,12 @@
 #include <cstring>
 #include <random>
 
+#include "frame/cpu.hpp"
 #include "special/gamma.hpp"
 
 TEST(GammaProduct, FormsAgreeBitForBit) {
   using zeb::special::Dd;
-  if (!zeb::special::have_avx2_fma()) GTEST_SKIP() << "no AVX2/FMA on this processor";
+  if (!zeb::cpu::avx2_fma()) GTEST_SKIP() << "no AVX2/FMA on this processor";
   std::mt19937_64 rng(20261125);
   std::uniform_real_distribution<double> frac(0.0, 1.0), tail(-1e-3, 1e-3);
   long differ = 0;
